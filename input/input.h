@@ -1,0 +1,23 @@
+// input/input.h
+//
+// Problem input: the reader, the soil nail reader, the mesh builder, the node value plot and
+// the point queries of the fields (interpolation, profiles, triangles, material at a point,
+// pore pressure, undrained strength).
+
+#pragma once
+
+void READ();
+void READSN();
+void MESH(int& maxMaterial);
+void XYPLOT(int lines, int positions, char* grid, int npoints, int nf, const double* x, const double* z, double* v,
+            double scale);
+
+// Arrays are passed as pointers to their first element; n, counts and indices are 1-based
+// in the text of each routine's head.
+void INTPOL(int n, int direction, const double* x, const double* y, double xq, double& yq, int& ierr);
+void INTPRF(int nprof, const double* xprof, const int* npoints, int ld, const double* zlev, const double* values,
+            double xq, double zq, double& result, int& ierr);
+void TRIPNT(const double* xv, const double* zv, double x, double z, int& inside);
+void LOCATE(double x, double z, int& result);
+void PWPXZ(double x, double z, double& u);
+void SUXZ(double x, double z, double beta, double& su0, double& su);
