@@ -179,6 +179,7 @@ TEST_F(Channels, StandardOutputChannelsShareOneStream) {
     writePrompt(6, "ASK ");
     writeLine(2, "TOLD");
     writeLine(6, "DONE");
+    setStdoutStream(nullptr);  // give the output back while the test's stream still lives
     EXPECT_EQ(out.str(), "ASK \nTOLD\nDONE\n");
 }
 
