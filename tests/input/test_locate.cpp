@@ -23,10 +23,7 @@ protected:
         kalmo_test::fillMesh(0.0, 40.0, 4, 2, 0.0, -4.0, 10.0);
         ISOLPR.NMAT = 1;
     }
-    void TearDown() override {
-        io::setStdoutStream(nullptr);
-        io::resetAll();
-    }
+    void TearDown() override { io::resetAll(); }
 
     static int at(double x, double z, int code) {
         int result = code;
@@ -96,6 +93,7 @@ TEST_F(Locate, ThePointOutsideIsReportedWithItsCode) {
     io::bindStdout(12);
     MASTER.NFOUT = 12;
     at(-2.5, 5.0, -1);
+    io::setStdoutStream(nullptr);  // before the stream goes
     const std::string text = out.str();
     EXPECT_NE(text.find(" **** SR/LOCATE"), std::string::npos);
     EXPECT_NE(text.find("-2.5"), std::string::npos);
