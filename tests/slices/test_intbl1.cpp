@@ -46,8 +46,8 @@ TEST_F(Intbl1, ASegmentCrossingOnePart) {
 }
 
 TEST_F(Intbl1, AnInclinedSegmentCrossingAnInclinedPart) {
-    // Segment y = 8 - 0.5 x from x = 0 to 20: it meets the line of part 1 (y = 0) at x = 16,
-    // beyond that part, and part 2 (y = x - 10) at x = 12, y = 2.
+    // Segment y = 8 - 0.5 x from x = 0 to 20: it meets the line of the first piece (y = 0) at
+    // x = 16, beyond that piece, and the second piece (y = x - 10) at x = 12, y = 2.
     const Crossings c = cross({0.0, 10.0, 20.0}, {0.0, 0.0, 10.0}, 0.0, 8.0, 20.0, -2.0);
     EXPECT_EQ(c.ierr, 0);
     ASSERT_EQ(c.num, 1);
