@@ -21,3 +21,9 @@ void TRIPNT(const double* xv, const double* zv, double x, double z, int& inside)
 void LOCATE(double x, double z, int& result);
 void PWPXZ(double x, double z, double& u);
 void SUXZ(double x, double z, double beta, double& su0, double& su);
+
+// Starts the call count of INTPRF again, so that its next call validates the tables (tests).
+void resetIntprfCalls();
+// Inverse-distance-squared mean at (x, z) of a node value field over the four corners of a
+// mesh element; node n's value is nodeValues[n - 1].
+double NODMEAN(int element, double x, double z, const double* nodeValues);

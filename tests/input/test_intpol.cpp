@@ -1,0 +1,152 @@
+// INTPOL: linear interpolation in a broken line, both directions, and every error code.
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "input/input.h"
+
+namespace {
+
+constexpr double kNoValue = 1.0e10;
+
+double interpolate(const std::vector<double>& x, const std::vector<double>& y, int direction, double xq, int& ierr) {
+    double yq = -123.0;
+    INTPOL(static_cast<int>(x.size()), direction, x.data(), y.data(), xq, yq, ierr);
+    return yq;
+}
+
+}  // namespace
+
+TEST(Intpol, IncreasingAbscissasInterpolateLinearly) {
+    const std::vector<double> x{0.0, 10.0, 20.0};
+    const std::vector<double> y{1.0, 3.0, -1.0};
+    int ierr = -1;
+    EXPECT_DOUBLE_EQ(interpolate(x, y, 1, 5.0, ierr), 2.0);
+    EXPECT_EQ(ierr, 0);
+    EXPECT_DOUBLE_EQ(interpolate(x, y, 1, 15.0, ierr), 1.0);
+    EXPECT_DOUBLE_EQ(interpolate(x, y, 1, 17.5, ierr), 0.0);
+    EXPECT_EQ(ierr, 0);
+}
+
+TEST(Intpol, IncreasingAbscissasHoldTheEndValuesOutside) {
+    const std::vector<double> x{0.0, 10.0, 20.0};
+    const std::vector<double> y{1.0, 3.0, -1.0};
+    int ierr = -1;
+    EXPECT_EQ(interpolate(x, y, 1, -5.0, ierr), 1.0);
+    EXPECT_EQ(interpolate(x, y, 1, 0.0, ierr), 1.0);
+    EXPECT_EQ(interpolate(x, y, 1, 20.0, ierr), -1.0);
+    EXPECT_EQ(interpolate(x, y, 1, 1.0e6, ierr), -1.0);
+    EXPECT_EQ(ierr, 0);
+}
+
+TEST(Intpol, AnAbscissaOfTheTableGivesItsValueExactly) {
+    const std::vector<double> x{0.0, 0.1, 0.7, 1.3};
+    const std::vector<double> y{0.3, 0.9, 0.11, 7.0};
+    int ierr = -1;
+    EXPECT_EQ(interpolate(x, y, 1, 0.7, ierr), 0.11);
+    EXPECT_EQ(interpolate(x, y, 1, 0.1, ierr), 0.9);
+    EXPECT_EQ(ierr, 0);
+}
+
+TEST(Intpol, DecreasingAbscissasInterpolateLinearly) {
+    const std::vector<double> x{20.0, 10.0, 0.0};
+    const std::vector<double> y{-1.0, 3.0, 1.0};
+    int ierr = -1;
+    EXPECT_DOUBLE_EQ(interpolate(x, y, -1, 5.0, ierr), 2.0);
+    EXPECT_DOUBLE_EQ(interpolate(x, y, -1, 15.0, ierr), 1.0);
+    EXPECT_EQ(interpolate(x, y, -1, 10.0, ierr), 3.0);
+    EXPECT_EQ(ierr, 0);
+}
+
+TEST(Intpol, DecreasingAbscissasHoldTheEndValuesOutside) {
+    const std::vector<double> x{20.0, 10.0, 0.0};
+    const std::vector<double> y{-1.0, 3.0, 1.0};
+    int ierr = -1;
+    EXPECT_EQ(interpolate(x, y, -1, 25.0, ierr), -1.0);
+    EXPECT_EQ(interpolate(x, y, -1, 20.0, ierr), -1.0);
+    EXPECT_EQ(interpolate(x, y, -1, 0.0, ierr), 1.0);
+    EXPECT_EQ(interpolate(x, y, -1, -3.0, ierr), 1.0);
+    EXPECT_EQ(ierr, 0);
+}
+
+TEST(Intpol, OnePointGivesItsValue) {
+    const std::vector<double> x{4.0};
+    const std::vector<double> y{9.5};
+    int ierr = -1;
+    EXPECT_EQ(interpolate(x, y, 1, -100.0, ierr), 9.5);
+    EXPECT_EQ(ierr, 0);
+    EXPECT_EQ(interpolate(x, y, 7, 100.0, ierr), 9.5);  // the direction is not looked at
+    EXPECT_EQ(ierr, 0);
+}
+
+TEST(Intpol, ABadDirectionIsErrorOne) {
+    const std::vector<double> x{0.0, 10.0};
+    const std::vector<double> y{1.0, 2.0};
+    int ierr = -1;
+    EXPECT_EQ(interpolate(x, y, 0, 5.0, ierr), kNoValue);
+    EXPECT_EQ(ierr, 1);
+    EXPECT_EQ(interpolate(x, y, 2, 5.0, ierr), kNoValue);
+    EXPECT_EQ(ierr, 1);
+    EXPECT_EQ(interpolate(x, y, -2, 5.0, ierr), kNoValue);
+    EXPECT_EQ(ierr, 1);
+}
+
+TEST(Intpol, TwoEqualAbscissasAnywhereAreErrorTwoWhereverXLies) {
+    const std::vector<double> x{0.0, 10.0, 20.0, 20.0, 30.0};
+    const std::vector<double> y{1.0, 2.0, 3.0, 4.0, 5.0};
+    int ierr = -1;
+    EXPECT_EQ(interpolate(x, y, 1, 5.0, ierr), kNoValue);
+    EXPECT_EQ(ierr, 2);
+    ierr = -1;
+    interpolate(x, y, 1, -1.0, ierr);
+    EXPECT_EQ(ierr, 2);
+    ierr = -1;
+    interpolate(x, y, 1, 31.0, ierr);
+    EXPECT_EQ(ierr, 2);
+    ierr = -1;
+    interpolate(x, y, 1, 25.0, ierr);
+    EXPECT_EQ(ierr, 2);
+}
+
+TEST(Intpol, AbscissasNotIncreasingAreErrorTwo) {
+    int ierr = -1;
+    interpolate({5.0, 5.0}, {1.0, 2.0}, 1, 5.0, ierr);
+    EXPECT_EQ(ierr, 2);
+    ierr = -1;
+    interpolate({10.0, 0.0}, {1.0, 2.0}, 1, 5.0, ierr);  // a decreasing table asked as increasing
+    EXPECT_EQ(ierr, 2);
+    ierr = -1;
+    interpolate({0.0, 3.0, 2.0, 8.0}, {1.0, 2.0, 3.0, 4.0}, 1, 1.0, ierr);
+    EXPECT_EQ(ierr, 2);
+    ierr = -1;
+    interpolate({0.0, 5.0e-11, 8.0}, {1.0, 2.0, 3.0}, 1, 4.0, ierr);  // a step of no more than 1.0E-10
+    EXPECT_EQ(ierr, 2);
+}
+
+TEST(Intpol, AbscissasNotDecreasingAreErrorThree) {
+    int ierr = -1;
+    EXPECT_EQ(interpolate({0.0, 10.0}, {1.0, 2.0}, -1, 5.0, ierr), kNoValue);
+    EXPECT_EQ(ierr, 3);
+    ierr = -1;
+    interpolate({30.0, 20.0, 20.0, 0.0}, {1.0, 2.0, 3.0, 4.0}, -1, 25.0, ierr);
+    EXPECT_EQ(ierr, 3);
+    ierr = -1;
+    interpolate({30.0, 20.0, 20.0, 0.0}, {1.0, 2.0, 3.0, 4.0}, -1, 40.0, ierr);
+    EXPECT_EQ(ierr, 3);
+}
+
+TEST(Intpol, MoreThanAThousandPointsIsErrorFour) {
+    std::vector<double> x(1001), y(1001);
+    for (int k = 0; k < 1001; ++k) {
+        x[static_cast<size_t>(k)] = k;
+        y[static_cast<size_t>(k)] = 2.0 * k;
+    }
+    int ierr = -1;
+    EXPECT_EQ(interpolate(x, y, 1, 5.5, ierr), kNoValue);
+    EXPECT_EQ(ierr, 4);
+    x.pop_back();
+    y.pop_back();
+    EXPECT_DOUBLE_EQ(interpolate(x, y, 1, 998.5, ierr), 1997.0);
+    EXPECT_EQ(ierr, 0);
+}
