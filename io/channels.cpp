@@ -80,6 +80,9 @@ bool cutForWrite(Channel& c) {
 void writeFile(Channel& c, std::string_view text, bool endLine) {
     bool rewrite = cutForWrite(c) || !c.diskExact;
     c.diskExact = true;
+    // A file opened for reading gets its disk stream at the first write only, so that a
+    // write-protected file (an installed help text) can still be read.
+    if (!rewrite && !c.disk.is_open()) c.disk.open(c.path, std::ios::out | std::ios::app | std::ios::binary);
     if (c.lineOpen && !c.lines.empty()) {
         // A prompt left the last line open: this write starts a new line.
         if (!rewrite) c.disk << '\n';
@@ -160,8 +163,6 @@ int openOld(int unit, const std::string& path) {
         endsWithLineEnd = !in.eof();
         lines.push_back(std::move(line));
     }
-    c->disk.open(path, std::ios::out | std::ios::app | std::ios::binary);
-    if (!c->disk) return kOpenFailed;
     c->kind = Kind::File;
     c->path = path;
     c->lines = std::move(lines);

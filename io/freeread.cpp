@@ -82,11 +82,15 @@ bool decodeFixedInt(std::string_view field, int& value) {
     return parseInteger(packed, value);
 }
 
-FreeReader::FreeReader(int unit) : unit_(unit) {}
+FreeReader::FreeReader(int unit, Span span) : unit_(unit), span_(span) {}
 
 FreeReader::FreeReader(std::string_view text, bool fromText) : fromText_(fromText), textSource_(text) {}
 
 bool FreeReader::fillLine() {
+    if (span_ == Span::Answer && linesUsed_ > 0) {
+        stopped_ = true;  // the answer line is used up: the rest keep their values
+        return false;
+    }
     if (fromText_) {
         if (textUsed_) return false;
         textUsed_ = true;
@@ -97,6 +101,7 @@ bool FreeReader::fillLine() {
     }
     pos_ = 0;
     haveLine_ = true;
+    ++linesUsed_;
     return true;
 }
 
@@ -110,7 +115,7 @@ FreeReader::ItemKind FreeReader::nextItem(std::string& text) {
         return repeatEmpty_ ? ItemKind::Empty : ItemKind::Value;
     }
     for (;;) {
-        if (!haveLine_ && !fillLine()) return ItemKind::None;
+        if (!haveLine_ && !fillLine()) return stopped_ ? ItemKind::Stop : ItemKind::None;
         while (pos_ < line_.size() && (line_[pos_] == ' ' || line_[pos_] == '\t' || line_[pos_] == '\r')) ++pos_;
         if (pos_ >= line_.size()) {
             haveLine_ = false;  // the line end separates like a blank
@@ -165,6 +170,8 @@ FreeReader& FreeReader::operator()(int& value) {
             if (!parseInteger(text, value)) {
                 status_ = ReadStatus::Bad;
                 badItem_ = text;
+            } else {
+                ++valuesRead_;
             }
             break;
         case ItemKind::None:
@@ -184,6 +191,8 @@ FreeReader& FreeReader::operator()(double& value) {
             if (!parseReal(text, value)) {
                 status_ = ReadStatus::Bad;
                 badItem_ = text;
+            } else {
+                ++valuesRead_;
             }
             break;
         case ItemKind::None:

@@ -20,10 +20,15 @@ namespace io {
 
 enum class ReadStatus { Ok = 0, End = -1, Bad = 1 };
 
+// How far one read reaches. Record: over as many lines as the values need (the input file).
+// Answer: one line only, the answer typed at a prompt; values the line leaves out keep their
+// present values, as if the line ended with "/".
+enum class Span { Record, Answer };
+
 class FreeReader {
 public:
-    // Reads from a channel, one line after another as the record needs them.
-    explicit FreeReader(int unit);
+    // Reads from a channel, one line after another as the record needs them (or one line).
+    explicit FreeReader(int unit, Span span = Span::Record);
     // Reads from a text (an internal read): the end of the text is the end of the data.
     explicit FreeReader(std::string_view text, bool fromText);
 
@@ -37,6 +42,8 @@ public:
     }
 
     ReadStatus status() const { return status_; }
+    // Number of values taken from the text (empty items and items after "/" not counted).
+    int valuesRead() const { return valuesRead_; }
     bool ok() const { return status_ == ReadStatus::Ok; }
     bool failed() const { return status_ == ReadStatus::Bad; }
     bool atEnd() const { return status_ == ReadStatus::End; }
@@ -49,6 +56,9 @@ private:
     bool fillLine();
 
     int unit_ = -1;
+    Span span_ = Span::Record;
+    int linesUsed_ = 0;
+    int valuesRead_ = 0;
     bool fromText_ = false;
     bool textUsed_ = false;
     std::string textSource_;
@@ -68,6 +78,14 @@ private:
 template <typename... Values>
 ReadStatus readFree(int unit, Values&... values) {
     FreeReader reader(unit);
+    (reader(values), ...);
+    return reader.status();
+}
+
+// Reads the listed values from one answer line of a channel; returns the status.
+template <typename... Values>
+ReadStatus readAnswer(int unit, Values&... values) {
+    FreeReader reader(unit, Span::Answer);
     (reader(values), ...);
     return reader.status();
 }

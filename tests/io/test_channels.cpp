@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sstream>
 #include <string>
 
@@ -188,4 +189,13 @@ TEST_F(Channels, ContentsOfAFileChannel) {
     writeLine(17, "A");
     writePrompt(17, "B");
     EXPECT_EQ(contents(17), "A\nB");
+}
+
+TEST_F(Channels, WriteProtectedFileCanBeRead) {
+    dir_.write("HELP.KMO", "TITLE\n");
+    std::filesystem::permissions(dir_.path("HELP.KMO"), std::filesystem::perms::owner_read);
+    ASSERT_EQ(openOld(21, dir_.path("HELP.KMO")), 0);
+    std::string line;
+    ASSERT_EQ(readLine(21, line), kReadOk);
+    EXPECT_EQ(line, "TITLE");
 }

@@ -231,3 +231,35 @@ TEST_F(FileChannel, DynamicCountInsideOneRecord) {
     EXPECT_EQ(readFree(15, next), ReadStatus::Ok);
     EXPECT_EQ(next, 9);
 }
+
+TEST_F(FileChannel, AnswerIsOneLineAndLeftOutValuesKeepTheirPresentValues) {
+    // "3" alone at a prompt of five present values changes only the first.
+    load("3\n4,,,2.0\n\n");
+    int number = 1;
+    double xShift = 0.5, zShift = 0.25, xMult = 1.0, zMult = 1.0;
+    EXPECT_EQ(readAnswer(15, number, xShift, zShift, xMult, zMult), ReadStatus::Ok);
+    EXPECT_EQ(number, 3);
+    EXPECT_DOUBLE_EQ(xShift, 0.5);
+    EXPECT_DOUBLE_EQ(zMult, 1.0);
+    // "4,,,2.0": the number and the x-stretch change, the shifts keep their values.
+    EXPECT_EQ(readAnswer(15, number, xShift, zShift, xMult, zMult), ReadStatus::Ok);
+    EXPECT_EQ(number, 4);
+    EXPECT_DOUBLE_EQ(xShift, 0.5);
+    EXPECT_DOUBLE_EQ(zShift, 0.25);
+    EXPECT_DOUBLE_EQ(xMult, 2.0);
+    // An empty answer line gives no values at all.
+    FreeReader empty(15, Span::Answer);
+    empty(number);
+    EXPECT_TRUE(empty.ok());
+    EXPECT_EQ(empty.valuesRead(), 0);
+    EXPECT_EQ(number, 4);
+    // The answers have ended.
+    EXPECT_EQ(readAnswer(15, number), ReadStatus::End);
+}
+
+TEST_F(FileChannel, AnswerWithTextIsAFailedRead) {
+    load("Q\n");
+    int selection = 1;
+    EXPECT_EQ(readAnswer(15, selection), ReadStatus::Bad);
+    EXPECT_EQ(selection, 1);
+}
