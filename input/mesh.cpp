@@ -43,6 +43,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "input/input.h"
 #include "io/channels.h"
@@ -234,7 +235,11 @@ void checkNodeOrder() {
         for (int n = bottom + 1; n <= bottom + IGEOMS.NZ; ++n) {
             if (GEOMSH.ZNOD(n) < GEOMSH.ZNOD(n - 1)) continue;
             ++violations;
-            say(io::Line(" **** SR/MESH : NODE SHIFT POSITION ERROR").Free(n).Free(GEOMSH.XNOD(n)).Free(GEOMSH.ZNOD(n)).str());
+            say(io::Line(" **** SR/MESH : NODE SHIFT POSITION ERROR")
+                    .Free(n)
+                    .Free(GEOMSH.XNOD(n))
+                    .Free(GEOMSH.ZNOD(n))
+                    .str());
             if (violations > kMaxPositionErrors) {
                 MASTER.IERR = 2;
                 return;
@@ -255,7 +260,9 @@ void readElementMaterials() {
         if (MASTER.IERR != 0) return;
         if (first == 0) {
             if (record > 1)
-                return fail(2, io::Line(" **** SR/MESH : LAST ELEMENT NUMBER TOO HIGH").Free(lastElement).Free(IGEOMS.NELEM));
+                return fail(2, io::Line(" **** SR/MESH : LAST ELEMENT NUMBER TOO HIGH")
+                                   .Free(lastElement)
+                                   .Free(IGEOMS.NELEM));
             return;
         }
         if (step < 1) step = 1;
@@ -284,7 +291,11 @@ void readLayers(int& maxMaterial) {
         if (MASTER.IERR != 0) return;
         level *= MASTER.FCTLEN;
         if (!(level > previous) || layer < 1 || layer > MAXLAY || material < 1)
-            return fail(2, io::Line(" **** SR/MESH : SOIL LAYER DATA PROBLEM").Free(i).Free(layer).Free(level).Free(material));
+            return fail(2, io::Line(" **** SR/MESH : SOIL LAYER DATA PROBLEM")
+                               .Free(i)
+                               .Free(layer)
+                               .Free(level)
+                               .Free(material));
         GEOMSH.ZLAYER(layer) = level;
         IGEOMS.LAYMAT(layer) = material;
         maxMaterial = std::max(maxMaterial, material);
@@ -303,7 +314,10 @@ void readTriangles(int& maxMaterial) {
         reader(number)(material).array(corner, 6);
         if (!reader.ok()) return formatError(recordId(kIdTriangle, t));
         if (number != t || material < 1)
-            return fail(2, io::Line(" **** SR/MESH : MATERIAL TRIANGLES SEQUENCE ERROR").Free(t).Free(number).Free(material));
+            return fail(2, io::Line(" **** SR/MESH : MATERIAL TRIANGLES SEQUENCE ERROR")
+                               .Free(t)
+                               .Free(number)
+                               .Free(material));
         IGEOMS.ITRMAT(t) = material;
         for (int k = 1; k <= 3; ++k) {
             GEOMSH.XTRI(k, t) = corner[2 * k - 2] * MASTER.FCTLEN;

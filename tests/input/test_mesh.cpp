@@ -608,3 +608,137 @@ TEST_F(MeshTest, DataEndingBeforeTheLayerHeadingIsAFormatError) {
     EXPECT_EQ(build("\nGEOMETRY\n2\n5\n0\n0\nX-LINES\n0 0 10 10\n100 0 10 0\n0 0 0 0 0\n0 0 0 0\n"), 1);
     expectOnlyMessage(" **** SR/MESH : INPUT DATA FORMAT ERROR  ID=" + I12(50000));
 }
+
+// ---------------------------------------------------------------------------------------------
+// Print mode: node values, tables and the node value plot
+// ---------------------------------------------------------------------------------------------
+
+namespace {
+
+// Two columns of width 5 over a section 10 deep with flat ground, NZ = 2: nodes at z = 10, 5, 0
+// in the columns x = 0, 5, 10. One material with base undrained strength 20 and anisotropy
+// SUA/SU0 1.2, SUD/SU0 0.8, SUP/SU0 0.5; hydrostatic pore pressure below a water table at 2
+// with water unit weight 10, never below 0.
+class MeshPrintTest : public MeshTest {
+protected:
+    void SetUp() override {
+        MeshTest::SetUp();
+        ASSERT_EQ(build(section("2\n2\n0\n0\n", "0 0 10 2\n10 0 10 0\n")), 0);
+        ISOLPR.NMAT = 1;
+        SOLPRP.MAT(MAT14, 1) = 20.0;
+        SOLPRP.MAT(SUASU0, 1) = 1.2;
+        SOLPRP.MAT(SUDSU0, 1) = 0.8;
+        SOLPRP.MAT(SUPSU0, 1) = 0.5;
+        SOLPRP.MAT(ISOTRP, 1) = 0.0;
+        IWATER.IDPWP = 1;
+        WATER1.ZWATER = 2.0;
+        WATER1.GAMWAT = 10.0;
+        WATER1.PWPMIN = 0.0;
+        MASTER.IDEFTO = 1;
+        MASTER.JPLOT = 3;
+        TEXT.TITLE(1).set("FIRST TITLE LINE");
+        TEXT.TITLE(2).set("SECOND TITLE LINE");
+    }
+
+    int print() {
+        MASTER.IERR = 9;
+        maxMaterial_ = 77;
+        MESH(maxMaterial_);
+        return MASTER.IERR;
+    }
+
+    std::vector<std::string> logLines() const { return linesOf(io::contents(kLogUnit)); }
+
+    bool logHas(const std::string& line) const {
+        for (const auto& l : logLines())
+            if (l == line) return true;
+        return false;
+    }
+};
+
+}  // namespace
+
+TEST_F(MeshPrintTest, NodeValuesAreComputedAtEveryNode) {
+    ASSERT_EQ(print(), 0);
+    EXPECT_TRUE(messages().empty());
+    EXPECT_EQ(maxMaterial_, 77);
+    for (int c = 0; c < 3; ++c) {
+        // (z - 2) * 10, at least 0: 80, 30, 0 from the rock up.
+        EXPECT_NEAR(GEOMSH.PWNODV(c * 3 + 1), 80.0, 1e-12);
+        EXPECT_NEAR(GEOMSH.PWNODV(c * 3 + 2), 30.0, 1e-12);
+        EXPECT_NEAR(GEOMSH.PWNODV(c * 3 + 3), 0.0, 1e-12);
+    }
+    for (int n = 1; n <= 9; ++n) {
+        EXPECT_NEAR(GEOMSH.SU0NOD(n), 20.0, 1e-12);
+        // 45 degrees: 16 + sin 90 * (24 - 16); 0 degrees: 0.8 * 20; -45 degrees: 16 - (16 - 10).
+        EXPECT_NEAR(GEOMSH.SUANOD(n), 24.0, 1e-12);
+        EXPECT_NEAR(GEOMSH.SUDNOD(n), 16.0, 1e-12);
+        EXPECT_NEAR(GEOMSH.SUPNOD(n), 10.0, 1e-12);
+    }
+}
+
+TEST_F(MeshPrintTest, TablesGoToTheLogFileAboveThePlotLevelTwo) {
+    ASSERT_EQ(print(), 0);
+    EXPECT_TRUE(logHas("  NODE  X-COORD   Z-COORD    P.W.P.     SU-0     SU-ACT    SU-DIR    SU-PAS"));
+    EXPECT_TRUE(logHas("     1     0.000    10.000     80.00     20.00     24.00     16.00     10.00"));
+    EXPECT_TRUE(logHas("     9    10.000     0.000      0.00     20.00     24.00     16.00     10.00"));
+    EXPECT_TRUE(logHas("  ELM   MAT     I    J    K    L"));
+    EXPECT_TRUE(logHas("    1     1     2    5    4    1"));
+    EXPECT_TRUE(logHas("    4     1     6    9    8    5"));
+    EXPECT_TRUE(logHas("  X-COORD     Z-SURF     Z-ROCK"));
+    EXPECT_TRUE(logHas("    5.000      0.000     10.000"));
+}
+
+TEST_F(MeshPrintTest, PlotLevelTwoPlotsWithoutTables) {
+    MASTER.JPLOT = 2;
+    ASSERT_EQ(print(), 0);
+    EXPECT_FALSE(logHas("  ELM   MAT     I    J    K    L"));
+    EXPECT_TRUE(logHas(" PLOT SHOWS PORE-WATER-PRESSURES COMPUTED AT MESH NODAL POINTS"));
+}
+
+TEST_F(MeshPrintTest, ThePorePressurePlotShowsEveryNode) {
+    ASSERT_EQ(print(), 0);
+    auto log = logLines();
+    size_t title = 0;
+    while (title < log.size() && log[title] != " PLOT SHOWS PORE-WATER-PRESSURES COMPUTED AT MESH NODAL POINTS") ++title;
+    ASSERT_LT(title + 3, log.size());
+    EXPECT_EQ(log[title + 1], " FIRST TITLE LINE");
+    EXPECT_EQ(log[title + 2], " SECOND TITLE LINE");
+    // A square section: 1 + 0.6 * 96 = 58.6 lines, rounded 59, cells of 10 / 58 down.
+    // Largest value 80: F = 10.
+    const size_t first = title + 4;
+    ASSERT_EQ(log.size(), first + 60);  // 59 grid lines and the summary
+    const std::string gap(44, ' ');
+    EXPECT_EQ(log[first], " +000" + gap + "+000" + gap + "+000");
+    EXPECT_EQ(log[first + 58], " +800" + gap + "+800" + gap + "+800");
+    // z = 5: 29 cells down, line 30.
+    EXPECT_EQ(log[first + 29], " +300" + gap + "+300" + gap + "+300");
+    EXPECT_EQ(log[first + 59],
+              " POINTS =           9  MIN/MAX VALUES =   0.000000       80.00000       FACTOR =   10.00000    ");
+}
+
+TEST_F(MeshPrintTest, ATotalStressAnalysisPlotsTheUndrainedStrength) {
+    MASTER.IDEFTO = 2;
+    ASSERT_EQ(print(), 0);
+    auto log = logLines();
+    EXPECT_TRUE(logHas(" PLOT SHOWS UNDRAINED SHEAR STRENGTH (SU0-VALUES) COMPUTED AT MESH NODAL POINTS"));
+    EXPECT_EQ(log.back(), " POINTS =           9  MIN/MAX VALUES =   20.00000       20.00000       FACTOR =   10.00000    ");
+}
+
+TEST_F(MeshPrintTest, AFailingNodeIsReportedAndTheOthersAreStillComputed) {
+    // Moving node 1 to x = 0.5 puts nodes 2 and 3 (x = 0) outside the mesh for the material
+    // search of the undrained strength; the hydrostatic pore pressure needs no material.
+    GEOMSH.XNOD(1) = 0.5;
+    EXPECT_EQ(print(), 3);
+    int reports = 0;
+    for (const auto& line : messages())
+        if (line.rfind(" **** SR/MESH : ERROR IN SR/SUXZ   NP,IERR=", 0) == 0) ++reports;
+    EXPECT_EQ(reports, 6);  // nodes 2 and 3, three inclinations each
+    bool node2 = false;
+    for (const auto& line : messages())
+        if (line == " **** SR/MESH : ERROR IN SR/SUXZ   NP,IERR=" + I12(2) + I12(1)) node2 = true;
+    EXPECT_TRUE(node2);
+    EXPECT_NEAR(GEOMSH.PWNODV(2), 30.0, 1e-12);
+    EXPECT_NEAR(GEOMSH.SUANOD(4), 24.0, 1e-12);
+    EXPECT_EQ(io::contents(kCopyUnit), io::contents(kConsoleUnit));
+}
