@@ -290,7 +290,9 @@ void readLayers(int& maxMaterial) {
         readRecord(recordId(kIdLayer, i), layer, level, material);
         if (MASTER.IERR != 0) return;
         level *= MASTER.FCTLEN;
-        if (!(level > previous) || layer < 1 || layer > MAXLAY || material < 1)
+        // Layers are walked in their order from the top down, so layer k is the k-th record:
+        // a number out of turn would leave a layer without a material.
+        if (!(level > previous) || layer != i || layer > MAXLAY || material < 1)
             return fail(2, io::Line(" **** SR/MESH : SOIL LAYER DATA PROBLEM")
                                .Free(i)
                                .Free(layer)

@@ -421,6 +421,12 @@ TEST_F(MeshTest, ALayerNumberZeroIsRefused) {
     expectOnlyMessage(" **** SR/MESH : SOIL LAYER DATA PROBLEM" + I12(1) + I12(0) + "   3.000000    " + I12(2));
 }
 
+TEST_F(MeshTest, ALayerNumberOutOfTurnIsRefused) {
+    // Layer 2 given first would leave layer 1 without a material.
+    EXPECT_EQ(build(section("2\n5\n2\n0\n", kTenColumnXLines, "0 0 0 0 0\n", "0 0 0 0\n", "2 3.0 2\n1 6.5 4\n")), 2);
+    expectOnlyMessage(" **** SR/MESH : SOIL LAYER DATA PROBLEM" + I12(1) + I12(2) + "   3.000000    " + I12(2));
+}
+
 TEST_F(MeshTest, ALayerMaterialBelowOneIsRefused) {
     EXPECT_EQ(build(section("2\n5\n1\n0\n", kTenColumnXLines, "0 0 0 0 0\n", "0 0 0 0\n", "1 3.0 0\n")), 2);
     expectOnlyMessage(" **** SR/MESH : SOIL LAYER DATA PROBLEM" + I12(1) + I12(1) + "   3.000000    " + I12(0));
