@@ -19,3 +19,13 @@ void ECHO(int nfr, int nfw, int max);
 void INPOUT(int nf, int& flag);
 void HELP(int kind);
 void PAGES(int nf, int section, int& answer, int& ierr);
+
+// The program's command line as the entry received it (the arguments joined by blanks).
+// CONTRL looks at its first two characters in batch mode.
+void setCommandLine(std::string_view text);
+
+// Clock seams. While an override is set, TIMER8 gives those eight values instead of reading
+// the wall clock (nullptr restores the wall clock). resetRunClock forgets the start time of
+// the run, as at program start.
+void setClockOverride(const int* clock);
+void resetRunClock();

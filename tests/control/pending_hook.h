@@ -1,0 +1,8 @@
+// Test hook of the stand-ins in control/pending.cpp: each stand-in calls the hook with its
+// own name ("READ", "GENRAL", ..., "PRINT", "POST"). Goes with that file.
+
+#pragma once
+
+#include <string_view>
+
+void setPendingHook(void (*hook)(std::string_view routine));
