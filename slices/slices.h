@@ -5,6 +5,24 @@
 
 #pragma once
 
+#include "records.h"
+
 void SORT2(int n, int idir, double* a, double* b);
 void INTBL1(int n, const double* x, const double* y, double x1, double y1, double x2, double y2, int& num, double* xi,
             double* yi, int& ierr);
+
+// Cuts the shear surface (xs, zs; npt points) into vertical slices under the soil surface
+// (xsoil, zsoil with the rock levels zrock; nsp points). numslc: in the requested count,
+// out the count made. dc: the start depth below the soil surface, stored back when it was
+// zero. ntyp comes back negated when points were lifted out of rock. Messages go to the
+// console output and log-copy channels, the geometry profile to the log file.
+void GEOMET(int nsp, int npt, int& numslc, int nslreq, int idtyp, const Arr1<double, MAXCOL>& xsoil,
+            const Arr1<double, MAXCOL>& zsoil, const Arr1<double, MAXCOL>& zrock, Arr1<double, MAXPTS>& xs,
+            Arr1<double, MAXPTS>& zs, double& dc, double xwall, double zwall, Arr2<double, 5, MAXSLC>& XX,
+            Arr2<double, 5, MAXSLC>& ZZ, Arr1<double, MAXSLC>& AREA, int& ntyp, int nlayer,
+            const Arr1<double, MAXLAY>& zlayer, int& ierr, int icsrch);
+
+// The best surface of the run: SAVBST keeps the current surface as the best one, RSTBST brings
+// the best one back as the current surface (IERR 1 when the record sizes are out of range).
+void SAVBST();
+void RSTBST();
