@@ -167,6 +167,7 @@ struct MasterRecord {
     int ICOMBF;           // combined-analysis flag, cleared at start-up
     int ITSBLK;           // total-stress circle route blocked
     int ICSRCH;           // circle-search flag: the circle centre lies below the soil surface
+    int IGWARN;           // the slice geometry has warned of more than two soil intersections
 };
 
 // TEXT: titles, mesh text and the version date
