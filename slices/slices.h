@@ -26,3 +26,24 @@ void GEOMET(int nsp, int npt, int& numslc, int nslreq, int idtyp, const Arr1<dou
 // the best one back as the current surface (IERR 1 when the record sizes are out of range).
 void SAVBST();
 void RSTBST();
+
+// Slice loads, strengths and initial values of the current surface; IREJ = 1 rejects it.
+void BUILD(int& IREJ);
+// Pore water forces on the base and the right face of slice I, with their positions.
+void PWP(int I);
+// Centre loads WX, WZ, WM of slice I, its undrained area and the load-centroid H30.
+void LOADER(int I);
+
+// Geometry and load helpers of LOADER. Slice corners are passed as the slice's column of
+// SURF.XX / SURF.ZZ: x[0..4] and z[0..4] are corners 1..5.
+void TRIANG(const double* x, const double* z, double& A);
+void TRILIN(const double* x, const double* z, double zUpper, double zLower, double& A);
+void STRIP(const double* xs, const double* zs, double XA, double XB, double QA, double QB, double DA, double DB,
+           double& FX, double& FZ, double& M, double& M3);
+void WATER(const double* xs, const double* zs, double ZW, double GAMW, double& FX, double& FZ, double& M);
+
+// Run-long state of the load builder: the remembered answer of the negative-weight question
+// and the count of reported non-horizontal water tables. A run starts with both cleared;
+// these put them back to that start (tests begin a fresh run with them).
+void BUILDRunStart();
+void LOADERRunStart();
