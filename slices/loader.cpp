@@ -1,0 +1,393 @@
+// slices/loader.cpp
+//
+// LOADER — centre loads of slice I.
+//
+// Builds WX, WZ (positive down) and WM of slice I, acting at its load point (corner 5), from:
+// the soil weight with its mean unit weight over the slice (one material; exact integration
+// over horizontal layers; otherwise a grid of cells located one by one), the vertical and
+// horizontal load factors on the weight, the uniform surface load, the soil between the
+// straight slice top and a broken ground surface, the pore water forces of PWP, the point
+// loads, the strip loads, free water standing on the slice top and, for slice 1, the water
+// thrust in the crack behind it. Also measures the undrained part of the slice area and, when
+// the control data H3(1) and H3(2) are both zero, places the base normal force at the centroid
+// of the vertical loads.
+//
+// Moments follow one sense throughout: a vertical load V at x adds V * (XX(5,I) - x), a
+// horizontal load H at depth z adds (z - ZZ(5,I)) * H.
+//
+// Reads:  SURF XX, ZZ, AREA, SINB, COSB, U1, U2, U3 and, as the heights of the water-force
+//         resultants, E1, E2, P of slice I; MASTER IDEFTO, EPS, H3, NF18; POSTGRAF NOPT1, NOPT2,
+//         NFCOPY; ISOLPR NMAT; SOLPRP MAT, STRDAT(1..2); IGEOMS NX, NLAYER, NTRI, LAYMAT;
+//         GEOMSH XSURF, ZSURF, ZLAYER; IWATER IDPWP, NUMXPW; WATER1 ZWATER, GAMWAT, XPW, ZFREE;
+//         ILOA NPF, NSTRIP; LOAD LDAT, QRANGE, XZPF, FPF, XSTRIP, QSTRV, QSTRH
+// Writes: SURF AREAU, WX, WZ, WM, WZEXT of slice I, and H30 when |H3(1) + H3(2)| <= 0.001
+// IERR:   0 ok; 100 + the code of a failing INTPOL; I + 200 when the integrated area differs
+//         from AREA by 0.001 or more; the code of LOCATE when it fails
+
+#include <algorithm>
+#include <cmath>
+
+#include "input/input.h"
+#include "io/channels.h"
+#include "io/fmt.h"
+#include "records.h"
+#include "slices/slices.h"
+
+namespace {
+
+constexpr double kTiny = 1.0E-6f;
+constexpr double kOpenLayer = 1.0E6f;
+constexpr double kAreaTolerance = 0.001f;
+constexpr double kWaterTolerance = 0.05f;
+constexpr double kH3Zero = 0.001f;
+constexpr double kRatioLow = 0.333f;
+constexpr double kRatioHigh = 0.667f;
+constexpr int kWarningsReported = 10;
+
+int gNonHorizontalWarnings = 0;  // non-horizontal water tables reported so far in this run
+
+int soilSurfacePoints() { return std::clamp(IGEOMS.NX + 1, 0, MAXCOL); }
+int waterTablePoints() { return std::clamp(IWATER.NUMXPW, 0, MAXPWX); }
+
+// Depth of the soil surface at x; false after an error (IERR = 100 + code).
+bool soilSurfaceAt(double x, double& z) {
+    int ierr = 0;
+    INTPOL(soilSurfacePoints(), 1, GEOMSH.XSURF.data(), GEOMSH.ZSURF.data(), x, z, ierr);
+    if (ierr != 0) {
+        MASTER.IERR = ierr + 100;
+        return false;
+    }
+    return true;
+}
+
+// Level of the free water at x: the water-table polyline when there is one, else the water
+// table level. ierr is the code of a failing interpolation.
+double waterLevelAt(double x, int& ierr) {
+    ierr = 0;
+    if (waterTablePoints() == 0) return WATER1.ZWATER;
+    double z = 0.0;
+    INTPOL(waterTablePoints(), 1, WATER1.XPW.data(), WATER1.ZFREE.data(), x, z, ierr);
+    return z;
+}
+
+bool validMaterial(int m) { return m >= 1 && m <= MAXMAT; }
+
+// Mean unit weight by a grid of cells between the soil surface and the base chord; the cells
+// of undrained material add to AREAU.
+bool gridIntegration(int I, double& sumWeight, double& sumArea) {
+    int columns = POSTGRAF.NOPT1;
+    int rows = POSTGRAF.NOPT2;
+    if (columns < 1 || rows < 1) return true;
+    double x1 = SURF.XX(1, I);
+    double width = SURF.XX(2, I) - x1;
+    double columnWidth = width / columns;
+    for (int j = 1; j <= columns; ++j) {
+        double x = x1 + (j - 0.5) * columnWidth;
+        double zSurface = 0.0;
+        if (!soilSurfaceAt(x, zSurface)) return false;
+        double zBase = SURF.ZZ(4, I) + (SURF.ZZ(3, I) - SURF.ZZ(4, I)) * (x - SURF.XX(4, I)) / width;
+        double cellHeight = (zBase - zSurface) / rows;
+        double cellArea = columnWidth * cellHeight;
+        int ierrWater = 0;
+        double zWater = waterLevelAt(x, ierrWater);
+        bool noWaterTable = waterTablePoints() == 0 || ierrWater != 0;
+        for (int k = 1; k <= rows; ++k) {
+            double z = zSurface + (k - 0.5) * cellHeight;
+            int m = 0;
+            LOCATE(x, z, m);
+            if (MASTER.IERR != 0) return false;
+            if (!validMaterial(m)) {
+                MASTER.IERR = 1;
+                return false;
+            }
+            double unitWeight = (noWaterTable || z <= zWater) ? SOLPRP.MAT(GAMTOT, m) : SOLPRP.MAT(MAT18, m);
+            sumWeight += unitWeight * cellArea;
+            sumArea += cellArea;
+            bool undrained = SOLPRP.MAT(COHESN, m) == 0.0 && SOLPRP.MAT(PHIANG, m) == 0.0;
+            if (MASTER.IDEFTO == 3 && SOLPRP.MAT(MAT14, m) < 100.0) undrained = true;
+            if (undrained) SURF.AREAU(I) += cellArea;
+        }
+    }
+    return true;
+}
+
+// Mean unit weight by exact integration over the horizontal layers.
+void layerIntegration(int I, double& sumWeight, double& sumArea) {
+    const double* x = SURF.XX.column(I);
+    const double* z = SURF.ZZ.column(I);
+    double sliceTop = std::min(z[0], z[1]);
+    double sliceBase = std::max(z[2], z[3]);
+    int layers = std::clamp(IGEOMS.NLAYER, 0, MAXLAY);
+    for (int k = 1; k <= layers; ++k) {
+        double upper = k == 1 ? -kOpenLayer : GEOMSH.ZLAYER(k - 1);
+        double lower = k == layers ? kOpenLayer : GEOMSH.ZLAYER(k);
+        if (lower <= sliceTop || upper >= sliceBase) continue;
+        int m = IGEOMS.LAYMAT(k);
+        if (!validMaterial(m)) continue;
+        double area = 0.0;
+        TRILIN(x, z, upper, lower, area);
+        sumWeight += area * SOLPRP.MAT(GAMTOT, m);
+        sumArea += area;
+    }
+}
+
+// Mean unit weight of slice I; false after an error.
+bool meanUnitWeight(int I, double& gamma) {
+    gamma = 0.0;
+    if (ISOLPR.NMAT == 1) {
+        gamma = SOLPRP.MAT(GAMTOT, 1);
+        return true;
+    }
+    double sumWeight = 0.0;
+    double sumArea = 0.0;
+    if (IGEOMS.NLAYER <= 0 || IGEOMS.NTRI > 0) {
+        // Triangles override layers, so layers alone cannot say which soil a point is in.
+        if (!gridIntegration(I, sumWeight, sumArea)) return false;
+    } else {
+        layerIntegration(I, sumWeight, sumArea);
+    }
+    if (std::fabs(SURF.AREA(I) - sumArea) >= kAreaTolerance) {
+        say(io::Line().A(" ***** SR/LOADER PROBLEM : SLICE AREA").Free(I).Free(sumArea).Free(SURF.AREA(I)).str());
+        MASTER.IERR = I + 200;
+        return false;
+    }
+    gamma = sumWeight / sumArea;
+    return true;
+}
+
+// Weight of the soil between the straight slice top and a broken ground surface above or
+// below it, by ten columns.
+bool soilAboveTop(int I, double gamma, double tolerance) {
+    double x1 = SURF.XX(1, I);
+    double x2 = SURF.XX(2, I);
+    bool brokenTop = false;
+    for (int k = 1; k <= soilSurfacePoints(); ++k) {
+        if (GEOMSH.XSURF(k) >= x1 && GEOMSH.XSURF(k) <= x2) brokenTop = true;
+    }
+    if (!brokenTop) return true;
+
+    double width = x2 - x1;
+    double columnWidth = width / 10.0;
+    double gamw = WATER1.GAMWAT;
+    for (int j = 1; j <= 10; ++j) {
+        double x = x1 + (j - 0.5) * columnWidth;
+        double zChord = SURF.ZZ(1, I) + (SURF.ZZ(2, I) - SURF.ZZ(1, I)) * (x - x1) / width;
+        double zGround = 0.0;
+        if (!soilSurfaceAt(x, zGround)) return false;
+        int ierr = 0;
+        double zWater = waterLevelAt(x, ierr);
+        if (ierr != 0) {
+            MASTER.IERR = ierr + 100;
+            return false;
+        }
+        double thickness = zChord - zGround;  // soil above the chord when positive
+        double unitWeight = gamma;
+        double upper = std::min(zChord, zGround);
+        double lower = std::max(zChord, zGround);
+        if (zGround - zWater > tolerance) {
+            unitWeight = gamma - gamw;
+        } else if (zWater > upper && zWater < lower && IWATER.IDPWP != 2) {
+            double dry = zWater - upper;
+            double submerged = lower - zWater;
+            unitWeight = (gamma * dry + (gamma - gamw) * submerged) / (dry + submerged);
+        }
+        double weight = thickness * columnWidth * unitWeight;
+        double midDepth = (zChord + zGround) / 2.0;
+        double weightZ = weight * LOAD.LDAT(2);
+        double weightX = weight * LOAD.LDAT(3);
+        SURF.WZ(I) += weightZ;
+        SURF.WX(I) += weightX;
+        SURF.WM(I) += (SURF.XX(5, I) - x) * weightZ - (SURF.ZZ(5, I) - midDepth) * weightX;
+    }
+    return true;
+}
+
+// Water level for the free water on the slice top.
+bool freeWaterLevel(int I, double tolerance, double& level) {
+    if (waterTablePoints() == 0) {
+        level = WATER1.ZWATER;
+        return true;
+    }
+    int ierr = 0;
+    double left = waterLevelAt(SURF.XX(1, I), ierr);
+    double right = 0.0;
+    if (ierr == 0) right = waterLevelAt(SURF.XX(2, I), ierr);
+    if (ierr != 0) {
+        say(io::Line().A(" ***** SR/LOADER PROBLEM :  WATER PRESSURE ON SLICE ").Free(I).A(" TOP").str());
+        MASTER.IERR = ierr + 100;
+        return false;
+    }
+    double z1 = SURF.ZZ(1, I);
+    double z2 = SURF.ZZ(2, I);
+    level = (left + right) / 2.0;
+    if (std::fabs(left - right) < tolerance) return true;
+    double a1 = left + tolerance;
+    double a2 = right + tolerance;
+    if (z1 <= a1 || z2 <= a2) {
+        if (a1 <= z1 || a2 <= z2) {
+            level = a2 < z2 ? a2 : a1;
+            level -= tolerance;
+        } else {
+            level = std::max(a1, a2);
+        }
+    } else if (gNonHorizontalWarnings < kWarningsReported) {
+        // The water stands above both top corners by more than the tolerance: the mean level.
+        ++gNonHorizontalWarnings;
+        std::string text =
+            io::Line().A(" ***** WARNING FROM SR/LOADER : NON-HORIZONTAL ").A(" WATER TABLE ABOVE SLICE").str();
+        io::writeLine(MASTER.NF18, text);
+        io::writeLine(POSTGRAF.NFCOPY, text);
+    }
+    return true;
+}
+
+// Water thrust in the crack of depth dc behind slice 1, holding water of height hw.
+bool crackWaterThrust() {
+    double crackDepth = SOLPRP.STRDAT(1);
+    double waterHeight = SOLPRP.STRDAT(2);
+    double gamw = WATER1.GAMWAT;
+    int ierr = 0;
+    double zWater = waterLevelAt(SURF.XX(1, 1), ierr);
+    if (ierr != 0) {
+        MASTER.IERR = ierr + 100;
+        return false;
+    }
+    double zTop = SURF.ZZ(1, 1);
+    double thrust = 0.0;
+    double zAction = 0.0;
+    if (zTop <= zWater) {
+        thrust = 0.5 * gamw * waterHeight * waterHeight;
+        zAction = zTop + crackDepth - waterHeight / 3.0;
+    } else {
+        double pTop = (zTop - zWater) * gamw;
+        double pBottom = pTop + crackDepth * gamw;
+        thrust = (pTop + pBottom) / 2.0 * crackDepth;
+        double below = pTop + pBottom > 0.0 ? crackDepth * (pTop + 2.0 * pBottom) / (3.0 * (pTop + pBottom))
+                                            : crackDepth / 2.0;
+        zAction = zTop + below;
+    }
+    SURF.WX(1) += thrust;
+    SURF.WM(1) -= thrust * (SURF.ZZ(5, 1) - zAction);
+    return true;
+}
+
+}  // namespace
+
+void LOADERRunStart() { gNonHorizontalWarnings = 0; }
+
+void LOADER(int I) {
+    MASTER.IERR = 0;
+    const double* xs = SURF.XX.column(I);
+    const double* zs = SURF.ZZ.column(I);
+    double width = SURF.XX(2, I) - SURF.XX(1, I);
+    SURF.AREAU(I) = 0.0;
+    SURF.WZEXT(I) = 0.0;
+    SURF.WX(I) = 0.0;
+    SURF.WZ(I) = 0.0;
+    SURF.WM(I) = 0.0;
+
+    // 1-2. Soil weight.
+    double gamma = 0.0;
+    if (!meanUnitWeight(I, gamma)) return;
+    double weight = gamma * SURF.AREA(I);
+    SURF.WZ(I) = weight * LOAD.LDAT(2);
+    SURF.WX(I) = weight * LOAD.LDAT(3);
+
+    // 3. Uniform surface load over its x range.
+    double q = LOAD.LDAT(1);
+    if (std::fabs(q) >= MASTER.EPS) {
+        double from = std::max(SURF.XX(1, I), LOAD.QRANGE(1));
+        double to = std::min(SURF.XX(2, I), LOAD.QRANGE(2));
+        if (to > from) {
+            double Q = q * (to - from);
+            SURF.WZ(I) += Q;
+            SURF.WM(I) = Q * (SURF.XX(5, I) - (from + to) / 2.0);
+        }
+    }
+
+    // 4. Moment about corner 3 and total of the vertical loads, for the load centroid.
+    double momentAbout3 = (SURF.XX(3, I) - SURF.XX(5, I)) * SURF.WZ(I) + SURF.WM(I);
+    double verticalTotal = SURF.WZ(I);
+
+    // 5. Soil above (or missing below) the straight slice top.
+    double tolerance = std::fabs(SURF.ZZ(5, I) - SURF.ZZ(1, I)) * kWaterTolerance;
+    if (!soilAboveTop(I, gamma, tolerance)) return;
+
+    // 6. Pore water forces: U1 at height E1 above corner 4, U2 at height E2 above corner 3,
+    //    U3 normal to the base at distance P from corner 3.
+    if (MASTER.IDEFTO != 2) {
+        double sinb = SURF.SINB(I);
+        double cosb = SURF.COSB(I);
+        double u1 = SURF.U1(I);
+        double u2 = SURF.U2(I);
+        double u3 = SURF.U3(I);
+        double x5 = SURF.XX(5, I);
+        double z5 = SURF.ZZ(5, I);
+        SURF.WX(I) += u1 - u2 + sinb * u3;
+        SURF.WZ(I) -= cosb * u3;
+        double zU1 = SURF.ZZ(4, I) - SURF.E1(I);
+        double zU2 = SURF.ZZ(3, I) - SURF.E2(I);
+        double xU3 = SURF.XX(3, I) - SURF.P(I) * cosb;
+        double zU3 = SURF.ZZ(3, I) - SURF.P(I) * sinb;
+        SURF.WM(I) += (zU1 - z5) * u1 - (zU2 - z5) * u2 + (x5 - xU3) * (-cosb * u3) + (zU3 - z5) * (sinb * u3);
+    }
+
+    // 7. Point loads on the slice (on or above its base).
+    double pointMagnitude = LOAD.LDAT(4);
+    int points = std::clamp(ILOA.NPF, 0, MAXPF);
+    if (pointMagnitude >= kTiny && points != 0) {
+        for (int j = 1; j <= points; ++j) {
+            double x = LOAD.XZPF(1, j);
+            double z = LOAD.XZPF(2, j);
+            if (x < SURF.XX(1, I) || x > SURF.XX(2, I)) continue;
+            double zBase = SURF.ZZ(4, I) + (SURF.ZZ(3, I) - SURF.ZZ(4, I)) * (x - SURF.XX(4, I)) / width;
+            if (z > zBase) continue;
+            double horizontal = pointMagnitude * LOAD.FPF(1, j);
+            double vertical = pointMagnitude * LOAD.FPF(2, j);
+            SURF.WX(I) += horizontal;
+            SURF.WZEXT(I) += vertical;
+            SURF.WM(I) -= (SURF.ZZ(5, I) - z) * horizontal + (x - SURF.XX(5, I)) * vertical;
+            momentAbout3 += (SURF.XX(3, I) - x) * vertical;
+            verticalTotal += vertical;
+        }
+    }
+
+    // 8. Strip loads.
+    double stripMagnitude = LOAD.LDAT(5);
+    int strips = std::clamp(ILOA.NSTRIP, 0, MAXSTR);
+    if (stripMagnitude >= kTiny) {
+        for (int j = 1; j <= strips; ++j) {
+            if (LOAD.XSTRIP(2, j) < SURF.XX(1, I) || LOAD.XSTRIP(1, j) > SURF.XX(2, I)) continue;
+            double FX = 0.0, FZ = 0.0, M = 0.0, M3 = 0.0;
+            STRIP(xs, zs, LOAD.XSTRIP(1, j), LOAD.XSTRIP(2, j), LOAD.QSTRV(1, j), LOAD.QSTRV(2, j), LOAD.QSTRH(1, j),
+                  LOAD.QSTRH(2, j), FX, FZ, M, M3);
+            SURF.WX(I) += stripMagnitude * FX;
+            SURF.WZEXT(I) += stripMagnitude * FZ;
+            SURF.WM(I) += stripMagnitude * M;
+            momentAbout3 += stripMagnitude * M3;
+            verticalTotal += stripMagnitude * FZ;
+        }
+    }
+
+    // 9. The external vertical loads join the centre load.
+    SURF.WZ(I) += SURF.WZEXT(I);
+
+    // 10. Free water standing on the slice top.
+    double level = 0.0;
+    if (!freeWaterLevel(I, tolerance, level)) return;
+    double FX = 0.0, FZ = 0.0, M = 0.0;
+    WATER(xs, zs, level, WATER1.GAMWAT, FX, FZ, M);
+    SURF.WX(I) += FX;
+    SURF.WZ(I) += FZ;
+    SURF.WM(I) += M;
+
+    // 11. Water in the crack behind the first slice.
+    if (I == 1 && !crackWaterThrust()) return;
+
+    // 12. Base normal force at the centroid of the vertical loads, within the middle third.
+    if (std::fabs(MASTER.H3(1) + MASTER.H3(2)) <= kH3Zero) {
+        if (std::fabs(verticalTotal) < kTiny) verticalTotal = std::copysign(kTiny, verticalTotal);
+        double ratio = std::clamp(momentAbout3 / verticalTotal / width, kRatioLow, kRatioHigh);
+        SURF.H30(I) = ratio * width / SURF.COSB(I);
+    }
+}
