@@ -1,7 +1,7 @@
-// A small soil section for the slice-load tests: one mesh element spanning x -100..100 from
-// the ground surface z = 0 down to rock at z = 50, one material, no water within reach, the
-// console, log-copy and log channels bound to files of a temporary folder, and helpers that
-// place slices directly in the surface record.
+// A small soil section for the slice-load tests: a mesh of one element per ground segment,
+// x -100..100, from the ground surface (z = 0 unless a test changes it) down to rock at
+// z = 50; one material; no water within reach; the console, log-copy and log channels bound
+// to files of a temporary folder; and helpers that place slices directly in the surface record.
 
 #pragma once
 
@@ -40,21 +40,6 @@ public:
         io::openNew(9, dir.path("COPY.TXT"));
 
         // One element over the whole section; the ground surface is z = 0.
-        IGEOMS.NX = 1;
-        IGEOMS.NZ = 1;
-        IGEOMS.NELEM = 1;
-        IGEOMS.NNODE = 4;
-        IGEOMS.NXLINE = 2;
-        GEOMSH.XNOD(1) = -100.0; GEOMSH.ZNOD(1) = 50.0;
-        GEOMSH.XNOD(2) = -100.0; GEOMSH.ZNOD(2) = 0.0;
-        GEOMSH.XNOD(3) = 100.0;  GEOMSH.ZNOD(3) = 50.0;
-        GEOMSH.XNOD(4) = 100.0;  GEOMSH.ZNOD(4) = 0.0;
-        IGEOMS.IELNOD(1, 1) = 2;
-        IGEOMS.IELNOD(2, 1) = 4;
-        IGEOMS.IELNOD(3, 1) = 3;
-        IGEOMS.IELNOD(4, 1) = 1;
-        IGEOMS.IELMAT(1) = 1;
-        IGEOMS.NUMX(1) = 1;
         setGround({-100.0, 100.0}, {0.0, 0.0});
 
         ISOLPR.NMAT = 1;
@@ -76,18 +61,35 @@ public:
     }
     ~SliceWorld() { io::resetAll(); }
 
-    // Ground surface broken line (also the x-line table as given).
+    // Ground surface broken line over rock at z = 50: one column of one element (material 1)
+    // between every two points, and the x-line tables that go with it.
     void setGround(const std::vector<double>& x, const std::vector<double>& z) {
         int n = static_cast<int>(x.size());
         IGEOMS.NX = n - 1;
+        IGEOMS.NZ = 1;
+        IGEOMS.NELEM = n - 1;
+        IGEOMS.NNODE = 2 * n;
         IGEOMS.NXLINE = n;
         for (int k = 1; k <= n; ++k) {
+            GEOMSH.XNOD(2 * k - 1) = x[k - 1];  // rock node of the column
+            GEOMSH.ZNOD(2 * k - 1) = 50.0;
+            GEOMSH.XNOD(2 * k) = x[k - 1];      // ground node
+            GEOMSH.ZNOD(2 * k) = z[k - 1];
             GEOMSH.XSURF(k) = x[k - 1];
             GEOMSH.ZSURF(k) = z[k - 1];
             GEOMSH.ZROCK(k) = 50.0;
             GEOMSH.XLIN(k) = x[k - 1];
             GEOMSH.ZSLIN(k) = z[k - 1];
             GEOMSH.ZRLIN(k) = 50.0;
+            IGEOMS.NUMX(k) = k < n ? 1 : 0;
+        }
+        for (int e = 1; e < n; ++e) {
+            int lowerLeft = 2 * e - 1;
+            IGEOMS.IELNOD(1, e) = lowerLeft + 1;
+            IGEOMS.IELNOD(2, e) = lowerLeft + 3;
+            IGEOMS.IELNOD(3, e) = lowerLeft + 2;
+            IGEOMS.IELNOD(4, e) = lowerLeft;
+            IGEOMS.IELMAT(e) = 1;
         }
     }
 

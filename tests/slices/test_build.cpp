@@ -144,6 +144,16 @@ TEST_F(Build, NegativeStrengthRejectsTheSurfaceSilently) {
     EXPECT_EQ(world.console(), "");
 }
 
+TEST_F(Build, NegativeUndrainedStrengthRejectsTheSurfaceSilently) {
+    SOLPRP.MAT(COHESN, 1) = 0.0;
+    SOLPRP.MAT(PHIANG, 1) = 0.0;
+    SOLPRP.MAT(MAT14, 1) = -40.0;  // the sign flag of the undrained strength
+    surface({0.0, 2.0, 4.0}, {1.0, 3.0, 2.0});
+    EXPECT_EQ(build(), 1);
+    EXPECT_EQ(MASTER.IERR, 0);
+    EXPECT_EQ(world.console(), "");
+}
+
 TEST_F(Build, TotalStressUsesTheUndrainedStrengthAndNoPorePressure) {
     MASTER.IDEFTO = 2;
     MASTER.FCTSUC = 0.5;

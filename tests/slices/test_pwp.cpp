@@ -48,6 +48,16 @@ TEST_F(Pwp, SliceCrossingTheWaterLevelCarriesTrapezoidAndTriangleOfPressure) {
     EXPECT_NEAR(SURF.E2(1), 1.0, 1e-12);
 }
 
+TEST_F(Pwp, FaceWhollyBelowTheWaterCarriesATrapezoidOfPressure) {
+    // Face 2 from z = 4 (10) to z = 7 (40); flat base at z = 7.
+    place(1, 0.0, 2.0, 4.0, 4.0, 7.0, 7.0);
+    PWP(1);
+    EXPECT_NEAR(SURF.U2(1), (10.0 + 40.0) / 2.0 * 3.0, 1e-12);
+    EXPECT_NEAR(SURF.E2(1), 3.0 * (40.0 + 2.0 * 10.0) / (3.0 * 50.0), 1e-12);
+    EXPECT_NEAR(SURF.U3(1), 40.0 * 2.0, 1e-12);
+    EXPECT_NEAR(SURF.P(1), 1.0, 1e-12);
+}
+
 TEST_F(Pwp, BaseWhollyAboveTheWaterGetsNoWaterForces) {
     SURF.U2(1) = SURF.U3(1) = SURF.P(1) = SURF.E2(1) = 7.0;  // left from an earlier surface
     place(1, 0.0, 2.0, 0.0, 0.0, 2.9, 2.5);
@@ -140,6 +150,13 @@ TEST_F(Pwp, GeneralModelSumsPressuresAlongBaseAndFace) {
     // Face 2 from z = 2 (20) to 8 (80).
     EXPECT_NEAR(SURF.U2(1), (20.0 + 80.0) / 2.0 * 6.0, kStepTolerance);
     EXPECT_NEAR(SURF.E2(1), 6.0 * (80.0 + 2.0 * 20.0) / (3.0 * 100.0), kStepTolerance);
+}
+
+TEST_F(Pwp, GeneralModelFailureAtAPointIsReportedPlusOneHundred) {
+    linearPressureField();
+    place(1, 99.0, 101.0, 1.0, 2.0, 8.0, 5.0);  // corner 3 lies outside the mesh
+    PWP(1);
+    EXPECT_EQ(MASTER.IERR, 101);
 }
 
 TEST_F(Pwp, GeneralModelWithADilatantMaterialLeavesThePressuresToTheUpdate) {
