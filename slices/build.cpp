@@ -450,17 +450,17 @@ void BUILD(int& IREJ) {
         return;
     }
 
-    // 1. Base terms.
+    // Base terms.
     baseTerms(n);
     double totalWidth = SURF.XX(2, n) - SURF.XX(1, 1);
 
-    // 2. Face 1 of the first slice carries nothing.
+    // Face 1 of the first slice carries nothing.
     SURF.C1(1) = 0.0;
     SURF.TAN1(1) = 0.0;
     SURF.H1(1) = 0.0;
     SURF.U1(1) = 0.0;
 
-    // 3. Strengths, and pore pressures where they count.
+    // Strengths, and pore pressures where they count.
     if (MASTER.IDEFTO == 1 || MASTER.IDEFTO == 3) {
         for (int I = 1; I <= n; ++I) {
             drainedSlice(I, IREJ);
@@ -483,28 +483,28 @@ void BUILD(int& IREJ) {
         }
     }
 
-    // 4. Loads and initial values.
+    // Loads and initial values.
     for (int I = 1; I <= n; ++I) {
         loadsAndInitialValues(I, n, totalWidth);
         if (MASTER.IERR != 0) return;
     }
 
-    // 5. Roughness by face height.
+    // Roughness by face height.
     roughnessByFaceHeight(n);
 
-    // 6. Force tolerance.
+    // Force tolerance.
     if (MASTER.E2TOL <= MASTER.EPS) {
         double sumWeight = 0.0;
         for (int I = 1; I <= n; ++I) sumWeight += SURF.WZ(I);
         MASTER.E2TOL = std::fabs(sumWeight) * kTolFactor;
     }
 
-    // 7. Weight check (a total stress analysis has no pore pressures to lift a slice).
+    // Weight check (a total stress analysis has no pore pressures to lift a slice).
     if (MASTER.IDEFTO != 2) {
         weightCheck(n);
         if (MASTER.IERR != 0) return;
     }
 
-    // 8. Trace print.
+    // Trace print.
     if (MASTER.JPRINT > 2) tracePrint(n);
 }

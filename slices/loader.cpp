@@ -286,14 +286,14 @@ void LOADER(int I) {
     SURF.WZ(I) = 0.0;
     SURF.WM(I) = 0.0;
 
-    // 1-2. Soil weight.
+    // Soil weight.
     double gamma = 0.0;
     if (!meanUnitWeight(I, gamma)) return;
     double weight = gamma * SURF.AREA(I);
     SURF.WZ(I) = weight * LOAD.LDAT(2);
     SURF.WX(I) = weight * LOAD.LDAT(3);
 
-    // 3. Uniform surface load over its x range.
+    // Uniform surface load over its x range.
     double q = LOAD.LDAT(1);
     if (std::fabs(q) >= MASTER.EPS) {
         double from = std::max(SURF.XX(1, I), LOAD.QRANGE(1));
@@ -305,15 +305,15 @@ void LOADER(int I) {
         }
     }
 
-    // 4. Moment about corner 3 and total of the vertical loads, for the load centroid.
+    // Moment about corner 3 and total of the vertical loads, for the load centroid.
     double momentAbout3 = (SURF.XX(3, I) - SURF.XX(5, I)) * SURF.WZ(I) + SURF.WM(I);
     double verticalTotal = SURF.WZ(I);
 
-    // 5. Soil above (or missing below) the straight slice top.
+    // Soil above (or missing below) the straight slice top.
     double tolerance = std::fabs(SURF.ZZ(5, I) - SURF.ZZ(1, I)) * kWaterTolerance;
     if (!soilAboveTop(I, gamma, tolerance)) return;
 
-    // 6. Pore water forces: U1 at height E1 above corner 4, U2 at height E2 above corner 3,
+    // Pore water forces: U1 at height E1 above corner 4, U2 at height E2 above corner 3,
     //    U3 normal to the base at distance P from corner 3.
     if (MASTER.IDEFTO != 2) {
         double sinb = SURF.SINB(I);
@@ -332,7 +332,7 @@ void LOADER(int I) {
         SURF.WM(I) += (zU1 - z5) * u1 - (zU2 - z5) * u2 + (x5 - xU3) * (-cosb * u3) + (zU3 - z5) * (sinb * u3);
     }
 
-    // 7. Point loads on the slice (on or above its base).
+    // Point loads on the slice (on or above its base).
     double pointMagnitude = LOAD.LDAT(4);
     int points = std::clamp(ILOA.NPF, 0, MAXPF);
     if (pointMagnitude >= kTiny && points != 0) {
@@ -352,7 +352,7 @@ void LOADER(int I) {
         }
     }
 
-    // 8. Strip loads.
+    // Strip loads.
     double stripMagnitude = LOAD.LDAT(5);
     int strips = std::clamp(ILOA.NSTRIP, 0, MAXSTR);
     if (stripMagnitude >= kTiny) {
@@ -369,10 +369,10 @@ void LOADER(int I) {
         }
     }
 
-    // 9. The external vertical loads join the centre load.
+    // The external vertical loads join the centre load.
     SURF.WZ(I) += SURF.WZEXT(I);
 
-    // 10. Free water standing on the slice top.
+    // Free water standing on the slice top.
     double level = 0.0;
     if (!freeWaterLevel(I, tolerance, level)) return;
     double FX = 0.0, FZ = 0.0, M = 0.0;
@@ -381,10 +381,10 @@ void LOADER(int I) {
     SURF.WZ(I) += FZ;
     SURF.WM(I) += M;
 
-    // 11. Water in the crack behind the first slice.
+    // Water in the crack behind the first slice.
     if (I == 1 && !crackWaterThrust()) return;
 
-    // 12. Base normal force at the centroid of the vertical loads, within the middle third.
+    // Base normal force at the centroid of the vertical loads, within the middle third.
     if (std::fabs(MASTER.H3(1) + MASTER.H3(2)) <= kH3Zero) {
         if (std::fabs(verticalTotal) < kTiny) verticalTotal = std::copysign(kTiny, verticalTotal);
         double ratio = std::clamp(momentAbout3 / verticalTotal / width, kRatioLow, kRatioHigh);
