@@ -195,7 +195,7 @@ double simpson(F f, double a, double b) {
     return (b - a) / 6.0 * (f(a) + 4.0 * f((a + b) / 2.0) + f(b));
 }
 
-inline int countOf(const std::string& text, const std::string& what) {
+inline int occurrences(const std::string& text, const std::string& what) {
     int count = 0;
     for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++count;
     return count;

@@ -12,7 +12,7 @@
 #include "slices/slices.h"
 #include "slice_world.h"
 
-using kalmo_test::countOf;
+using kalmo_test::occurrences;
 using kalmo_test::Polygon;
 using kalmo_test::setSlice;
 using kalmo_test::SliceWorld;
@@ -399,8 +399,8 @@ TEST_F(Build, NegativeWeightIsAcceptedWithoutAskingInBatchMode) {
     ASSERT_EQ(build(), 0);
     EXPECT_EQ(MASTER.IERR, 0);
     std::string text = world.console();
-    EXPECT_EQ(countOf(text, " **** SR/BUILD : NEGATIVE WEIGHT  N,WZ,U3="), 2);
-    EXPECT_EQ(countOf(text, "SHALL ABOVE WARNING(S) BE NEGLECTED"), 0);
+    EXPECT_EQ(occurrences(text, " **** SR/BUILD : NEGATIVE WEIGHT  N,WZ,U3="), 2);
+    EXPECT_EQ(occurrences(text, "SHALL ABOVE WARNING(S) BE NEGLECTED"), 0);
 }
 
 TEST_F(Build, NegativeWeightQuestionIsAskedOnceWhenAnsweredYes) {
@@ -410,13 +410,13 @@ TEST_F(Build, NegativeWeightQuestionIsAskedOnceWhenAnsweredYes) {
     surface({0.0, 2.0, 4.0}, {1.0, 3.0, 2.0});
     ASSERT_EQ(build(), 0);
     EXPECT_EQ(MASTER.IERR, 0);
-    EXPECT_EQ(countOf(world.console(), "SHALL ABOVE WARNING(S) BE NEGLECTED (Y/N) ......"), 1);
-    EXPECT_EQ(countOf(io::contents(9), "SHALL ABOVE WARNING(S) BE NEGLECTED (Y/N) ......"), 1);
+    EXPECT_EQ(occurrences(world.console(), "SHALL ABOVE WARNING(S) BE NEGLECTED (Y/N) ......"), 1);
+    EXPECT_EQ(occurrences(io::contents(9), "SHALL ABOVE WARNING(S) BE NEGLECTED (Y/N) ......"), 1);
     // Later surfaces: the warnings are written, the question is not asked again.
     ASSERT_EQ(build(), 0);
     EXPECT_EQ(MASTER.IERR, 0);
-    EXPECT_EQ(countOf(world.console(), " **** SR/BUILD : NEGATIVE WEIGHT  N,WZ,U3="), 4);
-    EXPECT_EQ(countOf(world.console(), "SHALL ABOVE WARNING(S) BE NEGLECTED"), 1);
+    EXPECT_EQ(occurrences(world.console(), " **** SR/BUILD : NEGATIVE WEIGHT  N,WZ,U3="), 4);
+    EXPECT_EQ(occurrences(world.console(), "SHALL ABOVE WARNING(S) BE NEGLECTED"), 1);
 }
 
 TEST_F(Build, NegativeWeightAnsweredNoStopsTheSurfaceAndIsAskedAgain) {
@@ -428,7 +428,7 @@ TEST_F(Build, NegativeWeightAnsweredNoStopsTheSurfaceAndIsAskedAgain) {
     EXPECT_EQ(MASTER.IERR, 1);
     build();
     EXPECT_EQ(MASTER.IERR, 1);
-    EXPECT_EQ(countOf(world.console(), "SHALL ABOVE WARNING(S) BE NEGLECTED"), 2);
+    EXPECT_EQ(occurrences(world.console(), "SHALL ABOVE WARNING(S) BE NEGLECTED"), 2);
 }
 
 TEST_F(Build, TracePrintListsTwoLinesPerSliceOnTheLog) {

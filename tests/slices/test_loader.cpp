@@ -10,7 +10,7 @@
 #include "slices/slices.h"
 #include "slice_world.h"
 
-using kalmo_test::countOf;
+using kalmo_test::occurrences;
 using kalmo_test::Polygon;
 using kalmo_test::setBaseTerms;
 using kalmo_test::setSlice;
@@ -305,10 +305,10 @@ TEST_F(Loader, OnlyTheFirstTenNonHorizontalWaterTablesAboveASliceAreReported) {
         LOADER(2);
         ASSERT_EQ(MASTER.IERR, 0);
         int expected = call <= 10 ? call : 10;
-        EXPECT_EQ(countOf(world.log(), warning), expected) << call;
-        EXPECT_EQ(countOf(io::contents(9), warning), expected) << call;
+        EXPECT_EQ(occurrences(world.log(), warning), expected) << call;
+        EXPECT_EQ(occurrences(io::contents(9), warning), expected) << call;
     }
-    EXPECT_EQ(countOf(world.console(), warning), 0);
+    EXPECT_EQ(occurrences(world.console(), warning), 0);
     // The water stands at its mean level 0.5 over the flat top.
     EXPECT_NEAR(SURF.WZ(2), 20.0 * SURF.AREA(2) + 10.0 * 4.5 * 4.0, 1e-9);
 }
