@@ -2,7 +2,10 @@
 //
 // Equilibrium solution: force equilibrium of the slice system, the root finder of its residual
 // curve, the drained/undrained mode switch of the combined analysis and the start value of the
-// safety factor.
+// safety factor; the moment-equilibrium correction of a force-equilibrium solution, its two
+// solvers of the three global equations and their small linear solver; the numerical helpers
+// of the slice-force methods (circle through three points, roots of a quadratic, root of the
+// safety-factor residual over the trials).
 
 #pragma once
 
@@ -15,6 +18,28 @@ void FRCEQR();
 void ROOT1(int N, double* X, double* Y, double XMAX, double XMIN, double YMAX, double& ROOT, int& IERR);
 void CHKCMB(int& NUMCHG);
 void SETSF0();
+
+// Coefficients of the three global equilibrium equations of the sliding body: rows 1
+// horizontal force, 2 vertical force, 3 moment about the origin; equation e reads
+//   A*CC(e,1) + B*CC(e,2) + C*(CC(e,3) + A*CC(e,4) + B*CC(e,5)) + CC(e,6) = 0.
+using EquationCoefficients = Arr2<double, 3, 6>;
+
+void MOMEQL(double& A, double& B, double& C);
+void SOLABC(int trace, int& IERR, const EquationCoefficients& CC, double& A, double& B, double& C);
+void SOLXYZ(int trace, const EquationCoefficients& CC, double ZMIN, double ZMAX, double& X, double& Y, double& Z,
+            int& IERR);
+// A is N by N and W is N by NP, both stored column by column with leading dimension N.
+void LINEQ(const double* B, const double* A, double* X, double* W, int N, int NP, int& IERR);
+
+void CIRC3P(const double* X, const double* Z, double& XC, double& ZC, double& RAD, int& IERR);
+void EQUAT2(double A, double B, double C, double& X1, double& X2, int& IERR);
+void ROOT3(int N, int TRACE, double* X, double* Y, double XMIN, double XMAX, double& ROOT, int& IERR);
+
+// Forgets the keep-force-equilibrium decision of MOMEQL, so that its question is due again
+// (a new run; tests).
+void resetMomeqlDecision();
+// Sets the alternating choice of ROOT3 back to its start-of-run state (a new run; tests).
+void resetRoot3Alternation();
 
 // The force-equilibrium view of the scratch record: the safety factors tried, SFTRY(1..100),
 // followed by the unbalanced end forces they left, UNBAL(1..100); entry k belongs to trial k.
