@@ -1,7 +1,7 @@
 // control/pending.cpp
 //
 // Stand-ins for routines that are not written yet: READ, GENRAL, CIRCLE, COMBND, PLANE,
-// GENRALZI, PRINT and POST. They let the central decision loop run end to end; each is
+// GENRALZI and POST. They let the central decision loop run end to end; each is
 // removed from this file as the real routine lands, and the file goes with the last of them.
 //
 // A stand-in does nothing and returns to its caller. The READ stand-in leaves IERR as it is
@@ -44,5 +44,4 @@ void CIRCLE() { pending("CIRCLE"); }
 void COMBND() { pending("COMBND"); }
 void PLANE() { pending("PLANE"); }
 void GENRALZI() { pending("GENRALZI"); }
-void PRINT() { pending("PRINT"); }
 void POST() { pending("POST"); }

@@ -1,7 +1,8 @@
 // CONTRL: start-up, the checks after reading, the central decision point with its print and
 // save bookkeeping, and the end of the run. The routines of later work are stand-ins here;
 // through their hook a test fills the problem (READ) and plays the solver's part for a
-// surface routine (a counted surface, kept as the best when it is better).
+// surface routine (a counted surface, kept as the best when it is better). The result print is
+// the real one: its summary headers in the result file show which surface was printed.
 
 #include <gtest/gtest.h>
 
@@ -34,7 +35,6 @@ bool isSurfaceRoutine(std::string_view routine) {
 
 void hook(std::string_view routine) {
     std::string entry(routine);
-    if (routine == "PRINT") entry += " KLAST=" + std::to_string(MASTER.KLAST);
     if (routine == "POST") entry += " KLSAVE=" + std::to_string(MASTER.KLSAVE);
     gStage.calls.push_back(entry);
     if (routine == "READ" && gStage.read) gStage.read();
@@ -64,6 +64,12 @@ int count(const std::string& text, const std::string& what) {
     int found = 0;
     for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++found;
     return found;
+}
+
+// The summary header line of a printed surface in the result file.
+std::string printedSurface(int number) {
+    std::string field = std::to_string(number);
+    return " SURFACE NO :" + std::string(4 - field.size(), ' ') + field + "     SUMMARY OF GEOMETRY AND FORCES";
 }
 
 // True when the texts appear in this order.
@@ -587,7 +593,8 @@ TEST_F(Contrl, OperationTwoAfterOperationFourSaysAlreadyPrinted) {
     EXPECT_TRUE(inOrder(out, {kNoResults, kTypePrompt,
                               " BEST SURFACE (NUM=           1 SF=   1.250000    ) IS PRINTED\n",
                               " THIS SURFACE HAS ALREADY BEEN PRINTED\n"}));
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL", "PRINT KLAST=0"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL"}));
+    EXPECT_EQ(count(dir_.read("KALMO.RES"), " SURFACE NO :"), 1);
 }
 
 TEST_F(Contrl, InBatchPrintingTheBestSurfaceAlsoSavesIt) {
@@ -596,7 +603,8 @@ TEST_F(Contrl, InBatchPrintingTheBestSurfaceAlsoSavesIt) {
     EXPECT_TRUE(inOrder(eko, {" BEST SURFACE (NUM=           1 SF=   1.250000    ) IS PRINTED\n",
                               " BEST SURFACE (NUM=           1 SF=   1.250000    ) IS SAVED\n", kPresent,
                               " THIS SURFACE HAS ALREADY BEEN SAVED\n"}));
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL", "PRINT KLAST=0", "POST KLSAVE=0"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL", "POST KLSAVE=0"}));
+    EXPECT_EQ(count(dir_.read("KALMO.RES"), printedSurface(1)), 1);
     EXPECT_EQ(MASTER.KBEST, 2);
     EXPECT_EQ(MASTER.KBSAVE, 2);
 }
@@ -616,9 +624,16 @@ TEST_F(Contrl, InBatchARefusedPrintIsNotFollowedByASave) {
 }
 
 TEST_F(Contrl, PrintingTheLastSurfaceMarksItWhileThePrintRuns) {
-    gStage.surface = [] { solvedSurface(2.5); };
+    // The best copy is given another factor: a print of the last surface must not show it.
+    gStage.surface = [] {
+        solvedSurface(2.5);
+        BEST.SF = 9.0;
+    };
     std::string out = interactive("N\n1\n2\n2\n2\n8\n");
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE", "PRINT KLAST=-1"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE"}));
+    std::string res = dir_.read("KALMO.RES");
+    EXPECT_EQ(count(res, printedSurface(1)), 1);
+    EXPECT_EQ(count(res, "  SAFETY FACTOR =    2.500"), 1);
     EXPECT_TRUE(inOrder(out, {" LAST SURFACE (NUM=           1 SF=   2.500000    ) IS PRINTED\n",
                               " THIS SURFACE HAS ALREADY BEEN PRINTED\n"}));
     EXPECT_EQ(MASTER.KLAST, 1);
@@ -797,10 +812,11 @@ TEST_F(Contrl, HiddenReprintStartsTheResultFileAgainWithTheEcho) {
     CONTRL();
     std::string out = screen_.str();
     std::string res = dir_.read("KALMO.RES");
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL", "PRINT KLAST=0"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL"}));
     EXPECT_TRUE(inOrder(out, {" BEST SURFACE (NUM=           1 SF=   1.500000    ) IS PRINTED\n", kPresent}));
     EXPECT_EQ(res.substr(0, 2), "#\n");
     EXPECT_NE(res.find("    1---- TEST INPUT"), std::string::npos);
+    EXPECT_TRUE(inOrder(res, {"    1---- TEST INPUT", printedSurface(1)}));
     EXPECT_EQ(count(out, kMenu), 3);  // start, after the surface, after the reprint; not after the second 14
 }
 
@@ -816,9 +832,9 @@ TEST_F(Contrl, HiddenReprintAgainAfterABetterSurfaceListsTheInputOnce) {
     CONTRL();
     std::string res = dir_.read("KALMO.RES");
     EXPECT_EQ(count(res, "ECHO PRINT OF DATA"), 1);
-    int prints = 0;
-    for (const std::string& call : calls()) prints += call.rfind("PRINT", 0) == 0;
-    EXPECT_EQ(prints, 2);
+    // The second reprint started the file again: only the print of surface 2 is left in it.
+    EXPECT_EQ(count(res, " SURFACE NO :"), 1);
+    EXPECT_EQ(count(res, printedSurface(2)), 1);
     EXPECT_TRUE(inOrder(screen_.str(), {" BEST SURFACE (NUM=           1 SF=   1.500000    ) IS PRINTED\n",
                                         " BEST SURFACE (NUM=           2 SF=   1.200000    ) IS PRINTED\n"}));
 }
@@ -826,7 +842,8 @@ TEST_F(Contrl, HiddenReprintAgainAfterABetterSurfaceListsTheInputOnce) {
 TEST_F(Contrl, HiddenReprintInBatchAlsoSaves) {
     gStage.surface = [] { solvedSurface(1.5); };
     std::string eko = batch("N\n1\n1\n14\n8\n");
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL", "PRINT KLAST=0", "POST KLSAVE=0"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL", "POST KLSAVE=0"}));
+    EXPECT_EQ(count(dir_.read("KALMO.RES"), printedSurface(1)), 1);
     EXPECT_NE(eko.find(" BEST SURFACE (NUM=           1 SF=   1.500000    ) IS SAVED\n"), std::string::npos);
 }
 
