@@ -1,21 +1,18 @@
 // control/pending.cpp
 //
-// Stand-ins for routines that are not written yet: READ, GENRAL, CIRCLE, COMBND, PLANE,
-// GENRALZI and POST. They let the central decision loop run end to end; each is
-// removed from this file as the real routine lands, and the file goes with the last of them.
+// Stand-ins for routines that are not written yet: GENRAL, CIRCLE, COMBND, PLANE, GENRALZI
+// and POST. They let the central decision loop run end to end; each is removed from this file
+// as the real routine lands, and the file goes with the last of them.
 //
-// A stand-in does nothing and returns to its caller. The READ stand-in leaves IERR as it is
-// and gives the plainest problem (stability, effective stress, hydrostatic pore water, no
-// data), so that the checks after reading pass and the menu is reached.
+// A stand-in does nothing and returns to its caller.
 //
 // Tests may install a hook that every stand-in calls with its own name: a test fills the
-// records the real routine would fill (a problem for READ, a solved surface for a surface
-// routine, an IERR) and sees which routines the loop called. The hook is declared for the
-// tests in tests/control/pending_hook.h.
+// records the real routine would fill (a solved surface for a surface routine, an IERR) and
+// sees which routines the loop called. The hook is declared for the tests in
+// tests/control/pending_hook.h.
 
 #include <string_view>
 
-#include "input/input.h"
 #include "output/output.h"
 #include "records.h"
 #include "surfaces/surfaces.h"
@@ -31,13 +28,6 @@ void pending(std::string_view routine) {
 }  // namespace
 
 void setPendingHook(PendingHook hook) { gHook = hook; }
-
-void READ() {
-    MASTER.IDTYP = 1;
-    MASTER.IDEFTO = 1;
-    IWATER.IDPWP = 1;
-    pending("READ");
-}
 
 void GENRAL() { pending("GENRAL"); }
 void CIRCLE() { pending("CIRCLE"); }

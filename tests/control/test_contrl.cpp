@@ -1,8 +1,9 @@
 // CONTRL: start-up, the checks after reading, the central decision point with its print and
-// save bookkeeping, and the end of the run. The routines of later work are stand-ins here;
-// through their hook a test fills the problem (READ) and plays the solver's part for a
-// surface routine (a counted surface, kept as the best when it is better). The result print is
-// the real one: its summary headers in the result file show which surface was printed.
+// save bookkeeping, and the end of the run. The input reader is a test double here
+// (read_double.h) and the routines of later work are stand-ins; through their hooks a test
+// fills the problem (READ) and plays the solver's part for a surface routine (a counted
+// surface, kept as the best when it is better). The result print is the real one: its summary
+// headers in the result file show which surface was printed.
 
 #include <gtest/gtest.h>
 
@@ -15,6 +16,7 @@
 
 #include "control/control.h"
 #include "control/pending_hook.h"
+#include "control/read_double.h"
 #include "io/channels.h"
 #include "records.h"
 #include "support/tempdir.h"
@@ -119,11 +121,13 @@ protected:
         clockAt(10, 20, 30);
         gStage = Stage();
         setPendingHook(&hook);
+        setReadDoubleHook(&hook);
         io::setStdoutStream(&screen_);
         io::setStdinText("");  // never the real standard input
     }
     void TearDown() override {
         setPendingHook(nullptr);
+        setReadDoubleHook(nullptr);
         gStage = Stage();
         setClockOverride(nullptr);
         resetRunClock();

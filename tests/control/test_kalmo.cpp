@@ -1,6 +1,6 @@
 // Whole runs of the program: start-up, the dialogue in batch mode and at the console, and the
 // end of the run, compared with the expected text of the case folders under tests/data.
-// The input reader is a stand-in so far: these runs do not depend on the input file's data.
+// The runs that reach the central decision point read the plain slope of the case folders.
 
 #include <gtest/gtest.h>
 
@@ -27,6 +27,9 @@ TEST(WholeRun, BatchWithZeroArgumentSendsNothingToTheScreen) { checkCase("batch_
 TEST(WholeRun, ConsoleDialogueThroughTheStandardInput) { checkCase("console_dialogue"); }
 
 namespace {
+// A complete input file: the plain slope of the case folders.
+std::string plainSlope() { return kalmo_test::readFile(std::string(KALMO_TEST_DATA) + "/batch_menu/KALMO.INP"); }
+
 // Answers that no question can use: empty lines, words for numbers, numbers out of range or
 // too large, control characters and very long lines.
 std::string badAnswers() {
@@ -40,7 +43,7 @@ std::string badAnswers() {
 
 TEST(WholeRun, BadAnswersInBatchNeverCrashOrHang) {
     kalmo_test::TempDir dir;
-    dir.write("KALMO.INP", "TITLE\n");
+    dir.write("KALMO.INP", plainSlope());
     dir.write("SVAR.TMP", badAnswers());
     kalmo_test::RunOutcome outcome = kalmo_test::runProgram(dir.path(), {}, "", dir.path("screen.txt"));
     EXPECT_EQ(outcome.exitCode, 0);
@@ -54,7 +57,7 @@ TEST(WholeRun, BadAnswersInBatchNeverCrashOrHang) {
 TEST(WholeRun, BadAnswersAtTheConsoleNeverCrashOrHang) {
     kalmo_test::TempDir dir;
     std::filesystem::create_directory(dir.path("run"));
-    dir.write("run/KALMO.INP", "TITLE\n");
+    dir.write("run/KALMO.INP", plainSlope());
     dir.write("answers.txt", badAnswers());
     kalmo_test::RunOutcome outcome =
         kalmo_test::runProgram(dir.path("run"), {}, dir.path("answers.txt"), dir.path("screen.txt"));
@@ -65,7 +68,7 @@ TEST(WholeRun, BadAnswersAtTheConsoleNeverCrashOrHang) {
 
 TEST(WholeRun, AClosedStandardInputEndsTheRun) {
     kalmo_test::TempDir dir;
-    dir.write("KALMO.INP", "TITLE\n");
+    dir.write("KALMO.INP", plainSlope());
     kalmo_test::RunOutcome outcome = kalmo_test::runProgram(dir.path(), {}, "", dir.path("screen.txt"));
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_NE(outcome.screen.find(" **** SR/CONTRL : END OF ANSWERS , RUN TERMINATED\n"), std::string::npos);
