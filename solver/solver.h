@@ -5,7 +5,8 @@
 // safety factor; the moment-equilibrium correction of a force-equilibrium solution, its two
 // solvers of the three global equations and their small linear solver; the numerical helpers
 // of the slice-force methods (circle through three points, roots of a quadratic, root of the
-// safety-factor residual over the trials).
+// safety-factor residual over the trials); the roughness search and the score of a solution,
+// the slice-force methods themselves and the equilibrium check of the final solution.
 
 #pragma once
 
@@ -40,6 +41,13 @@ void ROOT3(int N, int TRACE, double* X, double* Y, double XMIN, double XMAX, dou
 void resetMomeqlDecision();
 // Sets the alternating choice of ROOT3 back to its start-of-run state (a new run; tests).
 void resetRoot3Alternation();
+
+// The roughness search and the score of a solution, the slice-force methods and the
+// equilibrium check of the final solution.
+void RMULT();
+void SCORER();
+void SLV123();
+void CHKEQL();
 
 // The force-equilibrium view of the scratch record: the safety factors tried, SFTRY(1..100),
 // followed by the unbalanced end forces they left, UNBAL(1..100); entry k belongs to trial k.
