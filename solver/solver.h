@@ -49,6 +49,9 @@ void SCORER();
 void SLV123();
 void CHKEQL();
 
+// Forgets that the note on a failed centre of rotation was given (a new run; tests).
+void resetSlv123Note();
+
 // The force-equilibrium view of the scratch record: the safety factors tried, SFTRY(1..100),
 // followed by the unbalanced end forces they left, UNBAL(1..100); entry k belongs to trial k.
 struct TrialTable {
