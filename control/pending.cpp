@@ -1,8 +1,8 @@
 // control/pending.cpp
 //
-// Stand-ins for routines that are not written yet: GENRAL, CIRCLE, COMBND, PLANE, GENRALZI
-// and POST. They let the central decision loop run end to end; each is removed from this file
-// as the real routine lands, and the file goes with the last of them.
+// Stand-ins for routines that are not written yet: CIRCLE, COMBND, PLANE, GENRALZI and POST.
+// They let the central decision loop run end to end; each is removed from this file as the
+// real routine lands, and the file goes with the last of them.
 //
 // A stand-in does nothing and returns to its caller.
 //
@@ -29,7 +29,6 @@ void pending(std::string_view routine) {
 
 void setPendingHook(PendingHook hook) { gHook = hook; }
 
-void GENRAL() { pending("GENRAL"); }
 void CIRCLE() { pending("CIRCLE"); }
 void COMBND() { pending("COMBND"); }
 void PLANE() { pending("PLANE"); }

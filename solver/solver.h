@@ -6,7 +6,8 @@
 // solvers of the three global equations and their small linear solver; the numerical helpers
 // of the slice-force methods (circle through three points, roots of a quadratic, root of the
 // safety-factor residual over the trials); the roughness search and the score of a solution,
-// the slice-force methods themselves and the equilibrium check of the final solution.
+// the slice-force methods themselves and the equilibrium check of the final solution; the
+// driver that analyses one trial surface from its polyline to its result.
 
 #pragma once
 
@@ -19,6 +20,12 @@ void FRCEQR();
 void ROOT1(int N, double* X, double* Y, double XMAX, double XMIN, double YMAX, double& ROOT, int& IERR);
 void CHKCMB(int& NUMCHG);
 void SETSF0();
+
+// Analyses the trial surface XS, ZS (NPTS points) and keeps it when it is the best so far.
+void SOLVER(int NPTS);
+// Sets the run-long state of SOLVER back to its start (the update limit 10 and its question
+// not yet asked; as at program start; tests begin a fresh run with it).
+void resetSolverRunState();
 
 // Coefficients of the three global equilibrium equations of the sliding body: rows 1
 // horizontal force, 2 vertical force, 3 moment about the origin; equation e reads

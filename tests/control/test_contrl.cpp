@@ -31,8 +31,7 @@ struct Stage {
 Stage gStage;
 
 bool isSurfaceRoutine(std::string_view routine) {
-    return routine == "GENRAL" || routine == "CIRCLE" || routine == "COMBND" || routine == "PLANE" ||
-           routine == "GENRALZI";
+    return routine == "CIRCLE" || routine == "COMBND" || routine == "PLANE" || routine == "GENRALZI";
 }
 
 void hook(std::string_view routine) {
@@ -578,11 +577,11 @@ TEST_F(Contrl, AShortControlDataAnswerKeepsTheOtherValuesAndTakesNoFurtherLine) 
         MASTER.R1 = 0.25;
         MASTER.NSLREQ = 30;
     };
-    interactive("N\n6\n0.7\n1\n8\n");
+    interactive("N\n6\n0.7\n2\n8\n");
     EXPECT_EQ(MASTER.CRTSCR, 0.7);
     EXPECT_EQ(MASTER.R1, 0.25);
     EXPECT_EQ(MASTER.NSLREQ, 30);
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL"}));  // the "1" answered the type question
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE"}));  // the "2" answered the type question
 }
 
 TEST_F(Contrl, OperationTwoRightAfterStartHasNoResults) {
@@ -593,21 +592,21 @@ TEST_F(Contrl, OperationTwoRightAfterStartHasNoResults) {
 
 TEST_F(Contrl, OperationTwoAfterOperationFourSaysAlreadyPrinted) {
     gStage.surface = [] { solvedSurface(1.25); };
-    std::string out = interactive("N\n2\n1\n1\n4\n2\n8\n");
+    std::string out = interactive("N\n2\n1\n2\n4\n2\n8\n");
     EXPECT_TRUE(inOrder(out, {kNoResults, kTypePrompt,
                               " BEST SURFACE (NUM=           1 SF=   1.250000    ) IS PRINTED\n",
                               " THIS SURFACE HAS ALREADY BEEN PRINTED\n"}));
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE"}));
     EXPECT_EQ(count(dir_.read("KALMO.RES"), " SURFACE NO :"), 1);
 }
 
 TEST_F(Contrl, InBatchPrintingTheBestSurfaceAlsoSavesIt) {
     gStage.surface = [] { solvedSurface(1.25); };
-    std::string eko = batch("N\n1\n1\n4\n5\n8\n");
+    std::string eko = batch("N\n1\n2\n4\n5\n8\n");
     EXPECT_TRUE(inOrder(eko, {" BEST SURFACE (NUM=           1 SF=   1.250000    ) IS PRINTED\n",
                               " BEST SURFACE (NUM=           1 SF=   1.250000    ) IS SAVED\n", kPresent,
                               " THIS SURFACE HAS ALREADY BEEN SAVED\n"}));
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL", "POST KLSAVE=0"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE", "POST KLSAVE=0"}));
     EXPECT_EQ(count(dir_.read("KALMO.RES"), printedSurface(1)), 1);
     EXPECT_EQ(MASTER.KBEST, 2);
     EXPECT_EQ(MASTER.KBSAVE, 2);
@@ -615,7 +614,7 @@ TEST_F(Contrl, InBatchPrintingTheBestSurfaceAlsoSavesIt) {
 
 TEST_F(Contrl, AtTheConsolePrintingTheBestSurfaceLeavesItUnsaved) {
     gStage.surface = [] { solvedSurface(1.25); };
-    std::string out = interactive("N\n1\n1\n4\n5\n8\n");
+    std::string out = interactive("N\n1\n2\n4\n5\n8\n");
     EXPECT_TRUE(inOrder(out, {" BEST SURFACE (NUM=           1 SF=   1.250000    ) IS PRINTED\n", kPresent,
                               " BEST SURFACE (NUM=           1 SF=   1.250000    ) IS SAVED\n"}));
     EXPECT_EQ(out.find("ALREADY BEEN SAVED"), std::string::npos);
@@ -654,21 +653,21 @@ TEST_F(Contrl, SavingTheLastSurfaceMarksItWhileTheSaveRuns) {
 
 TEST_F(Contrl, SavingTheBestSurfaceLosesTheLastForPrinting) {
     gStage.surface = [] { solvedSurface(1.5); };
-    std::string out = interactive("N\n1\n1\n5\n2\n8\n");
+    std::string out = interactive("N\n1\n2\n5\n2\n8\n");
     EXPECT_TRUE(inOrder(out, {" BEST SURFACE (NUM=           1 SF=   1.500000    ) IS SAVED\n",
                               " LAST SURFACE LOST WHEN BEST SURFACE WAS SAVED\n"}));
 }
 
 TEST_F(Contrl, PrintingTheBestSurfaceLosesTheLastForSaving) {
     gStage.surface = [] { solvedSurface(1.5); };
-    std::string out = interactive("N\n1\n1\n4\n3\n8\n");
+    std::string out = interactive("N\n1\n2\n4\n3\n8\n");
     EXPECT_TRUE(inOrder(out, {" BEST SURFACE (NUM=           1 SF=   1.500000    ) IS PRINTED\n",
                               " LAST SURFACE LOST WHEN BEST SURFACE WAS PRINTED\n"}));
 }
 
 TEST_F(Contrl, PrintingOrSavingTheBestRestartsTheBestFactors) {
     gStage.surface = [] { solvedSurface(1.5); };
-    interactive("N\n1\n1\n4\n8\n");
+    interactive("N\n1\n2\n4\n8\n");
     EXPECT_EQ(MASTER.BESTSF, 1000000.0);
     EXPECT_EQ(MASTER.BESTE2, -(1.5 * 1000000.0));
     EXPECT_EQ(MASTER.KLAST, 1);
@@ -812,11 +811,11 @@ TEST_F(Contrl, HiddenReprintStartsTheResultFileAgainWithTheEcho) {
     gStage.read = [] { POSTGRAF.IECHO = 1; };
     gStage.surface = [&nextSF] { solvedSurface(nextSF); };
     dir_.write("KALMO.INP", "TEST INPUT\n");
-    io::setStdinText("N\n1\n1\n14\n14\n8\n");
+    io::setStdinText("N\n1\n2\n14\n14\n8\n");
     CONTRL();
     std::string out = screen_.str();
     std::string res = dir_.read("KALMO.RES");
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE"}));
     EXPECT_TRUE(inOrder(out, {" BEST SURFACE (NUM=           1 SF=   1.500000    ) IS PRINTED\n", kPresent}));
     EXPECT_EQ(res.substr(0, 2), "#\n");
     EXPECT_NE(res.find("    1---- TEST INPUT"), std::string::npos);
@@ -832,7 +831,7 @@ TEST_F(Contrl, HiddenReprintAgainAfterABetterSurfaceListsTheInputOnce) {
         nextSF = 1.2;
     };
     dir_.write("KALMO.INP", "TEST INPUT\n");
-    io::setStdinText("N\n1\n1\n14\n1\n1\n14\n8\n");
+    io::setStdinText("N\n1\n2\n14\n1\n2\n14\n8\n");
     CONTRL();
     std::string res = dir_.read("KALMO.RES");
     EXPECT_EQ(count(res, "ECHO PRINT OF DATA"), 1);
@@ -845,8 +844,8 @@ TEST_F(Contrl, HiddenReprintAgainAfterABetterSurfaceListsTheInputOnce) {
 
 TEST_F(Contrl, HiddenReprintInBatchAlsoSaves) {
     gStage.surface = [] { solvedSurface(1.5); };
-    std::string eko = batch("N\n1\n1\n14\n8\n");
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRAL", "POST KLSAVE=0"}));
+    std::string eko = batch("N\n1\n2\n14\n8\n");
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE", "POST KLSAVE=0"}));
     EXPECT_EQ(count(dir_.read("KALMO.RES"), printedSurface(1)), 1);
     EXPECT_NE(eko.find(" BEST SURFACE (NUM=           1 SF=   1.500000    ) IS SAVED\n"), std::string::npos);
 }
@@ -857,7 +856,7 @@ TEST_F(Contrl, HiddenReprintInBatchAlsoSaves) {
 
 TEST_F(Contrl, TerminationWritesTheEndStampAndTheTimeUsed) {
     gStage.surface = [] { clockAt(10, 21, 35); };  // 65 seconds after the start
-    std::string eko = batch("N\n1\n1\n8\n");
+    std::string eko = batch("N\n1\n2\n8\n");
     const std::string end =
         "\n THIS RUN WAS TERMINATED :  05 MAR 2017  AT  10:21:35 HOURS\n"
         " TIME USED =          65 SECONDS\n";
@@ -871,7 +870,7 @@ TEST_F(Contrl, TerminationWritesTheEndStampAndTheTimeUsed) {
 TEST_F(Contrl, ARunThatPassesMidnightReportsANegativeTimeUsed) {
     clockAt(23, 59, 50);
     gStage.surface = [] { clockAt(0, 0, 20); };
-    std::string eko = batch("N\n1\n1\n8\n");
+    std::string eko = batch("N\n1\n2\n8\n");
     const int expected = 20 - (23 * 3600 + 59 * 60 + 50);
     EXPECT_NE(eko.find(" TIME USED =      " + std::to_string(expected) + " SECONDS\n"), std::string::npos) << eko;
 }
@@ -919,7 +918,7 @@ TEST_F(Contrl, AnEmptyAnswerFileEndsTheRun) {
 
 TEST_F(Contrl, BatchWithAZeroArgumentSendsNothingToTheScreen) {
     gStage.surface = [] { solvedSurface(1.25); };
-    std::string eko = batch("N\n1\n1\n4\n2\n8\n", "0");
+    std::string eko = batch("N\n1\n2\n4\n2\n8\n", "0");
     EXPECT_EQ(screen_.str(), "");
     EXPECT_TRUE(inOrder(eko, {" DO YOU NEED INSTRUCTIONS", kMenu, " BEST SURFACE (NUM=", " TIME USED ="}));
 }
