@@ -1,6 +1,7 @@
 // The example problems run in batch mode as the README runs them: each folder's KALMO.INP and
 // SVAR.TMP are copied to a fresh folder and the program is started there. The input is read
-// without a message, the problem type is printed and the run ends normally.
+// without a message, the problem type is printed and the run ends normally; the slope example
+// analyses its general surface on the way and shows the safety factor.
 
 #include <gtest/gtest.h>
 
@@ -44,7 +45,8 @@ INSTANTIATE_TEST_SUITE_P(
     Examples, ExampleRunTest,
     ::testing::Values(ExampleRun{"slope",
                                  {"STABILITY/BEARING PROBLEM TYPE", "EFFECTIVE STRESS ANALYSIS",
-                                  "Solution Method : 3 KALMO-2003", "1 GENERAL SHEAR SURFACES"}},
+                                  "Solution Method : 3 KALMO-2003", "1 GENERAL SHEAR SURFACES",
+                                  " ++++ SAFETY FACTOR =", " BEST SURFACE (NUM=           1 SF="}},
                       ExampleRun{"clay",
                                  {"STABILITY/BEARING PROBLEM TYPE", "TOTAL STRESS ANALYSIS",
                                   "Solution Method : 1 Bishop Simplified"}},
