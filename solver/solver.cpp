@@ -20,14 +20,14 @@
 // (SUCRCL) and the stress-dependent update (UPDATE).
 //
 // Arguments: NPTS, the number of points of the polyline XS, ZS.
-// Reads:  MASTER.NSLREQ, NTYP, IDTYP, IDEFTO, METHOD, IDMOD, IUPDAT, ITSBLK, EPS, BESTSF,
-//         BESTE2, NFIN; POSTGRAF.NFCOPY (6 in batch mode); LINECONTROL.NLCP; ISNAIL.NNAILS;
-//         the section (GEOMSH, IGEOMS, SOLPRP.STRDAT(1)) through the slice geometry;
-//         SURF.R0, TAN3, E2
-// Writes: MASTER.SF (safety-factor analyses), SCORE, RFACTOR, IERR, NUMSRF (one more), NUMSLC, NTYP (made positive),
-//         ITSBLK (set once a surface came back with a negative type), BESTSF or BESTE2, KBEST
-//         and KBSAVE (1 when a new best surface is kept); SURF (the slices and their
-//         solution); SPAR(2) of an earth-pressure plane; IBES/BEST (the new best surface)
+// Reads:  MASTER.NSLREQ, NTYP, IDTYP, METHOD, BESTSF, BESTE2, NFIN; POSTGRAF.NFCOPY (6 in batch
+//         mode); the section (GEOMSH, IGEOMS, SOLPRP.STRDAT(1)) through the slice geometry;
+//         SURF.R0, E2 (and what the routines called read)
+// Writes: MASTER.SF (safety-factor analyses), SFTZ (earth pressure: the given SF), SCORE,
+//         RFACTOR, IERR, NUMSRF (one more), NUMSLC, NTYP (made positive), ITSBLK (set once a
+//         surface came back with a negative type), BESTSF or BESTE2, KBEST and KBSAVE (1 when
+//         a new best surface is kept); SURF (the slices and their solution); SPAR(2) of an
+//         earth-pressure plane; IBES/BEST (the new best surface)
 // IERR:   0 the surface was analysed, or skipped, dropped or discarded without error; else the
 //         code of the first routine that failed (its message and the driver's are written)
 
@@ -47,7 +47,6 @@ constexpr double kMarkerSkippedSF = 99.999f;       // rejected by line control o
 constexpr double kScoreLineControl = 8.888f;
 constexpr double kScoreLoadBuilder = 7.777f;
 constexpr double kDiscardSF = 500.0;               // slice-force methods: above it, no solution
-constexpr double kRoughStart = 1.5f;               // start of the force solution at R = R0: 1.5 SFTZ
 constexpr int kFirstItrMax = 10;
 constexpr int kBatchCopy = 6;
 
@@ -87,22 +86,24 @@ bool solveSafetyFactor() {
         return false;
     }
 
-    if (MASTER.METHOD < 0) {
-        // Pure force equilibrium: the one evaluation of the roughness search at R = R0.
-        roughnessFromStart();
-        MASTER.SF = kRoughStart * MASTER.SFTZ;
-        MASTER.RFACTOR = 1.0;
-        FRCEQR();
+    if (MASTER.METHOD <= 0) {
+        // Pure force equilibrium starts from the initial roughness; the 1988-2002 method
+        // searches its roughness factor from what the slices carry now.
+        if (MASTER.METHOD < 0) roughnessFromStart();
+        RMULT();
         if (MASTER.IERR != 0) {
             reportError("RMULT");
             return false;
         }
         return true;
     }
-    // The roughness search of method 0 (RMULT) and the slice-force methods 1 to 3 (SLV123,
-    // with its SF cut-off kDiscardSF) are not in the program yet: the surface keeps the force
-    // solution with zero interslice shear that SETSF0 has left.
-    return true;
+    SLV123();
+    if (MASTER.IERR != 0) {
+        reportError("SLV123");
+        return false;
+    }
+    // A slice-force solution rejected by its physics checks carries a marker above the cut-off.
+    return MASTER.SF <= kDiscardSF;
 }
 
 // The wall force at the given safety factor: one force-equilibrium sweep at R = R0.
@@ -113,9 +114,14 @@ bool solveEarthPressure() {
         reportError("RMULT");  // the driver names the roughness search here, as it always has
         return false;
     }
-    // The moment arms of the wall solution; its score (SCORER) is not in the program yet.
+    // No safety factor is searched here: the given one is the only solution of the surface,
+    // and so the reference of the equilibrium check, which would otherwise take every passive
+    // (negative) factor for one below the zero-roughness solution.
+    MASTER.SFTZ = MASTER.SF;
+    // The moment arms of the wall solution, and its score.
     double A = 1.0, B = 0.0, C = 1.0 / MASTER.SF;
     MOMEQL(A, B, C);
+    SCORER();
     return true;
 }
 
@@ -219,7 +225,11 @@ void SOLVER(int NPTS) {
             if (!solveEarthPressure()) return;
         }
 
-        // The equilibrium check of every slice (CHKEQL) is not in the program yet.
+        CHKEQL();
+        if (MASTER.IERR != 0) {
+            reportError("CHKEQL");
+            return;
+        }
 
         if (iteration >= gItrMax) {
             const int goOn = askItrMax();

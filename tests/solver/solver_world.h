@@ -26,7 +26,7 @@ constexpr double kCrackDepth = 0.5;
 constexpr double kEndFace = 0.001f;  // the height the geometry gives the end faces of a general surface
 
 // Ground depth of the slope section at x.
-inline double slopeGround(double x) {
+inline double worldGround(double x) {
     if (x <= 0.0) return 0.0;
     if (x >= 20.0) return 10.0;
     return 0.5 * x;
@@ -55,6 +55,9 @@ public:
         BEST.SF = 98.0;
         resetSolverRunState();
         resetGenralModifications();
+        resetMomeqlDecision();
+        resetRoot3Alternation();
+        resetSlv123Note();
     }
 
     // Answers of the dialogue, read from channel 8.
@@ -130,7 +133,7 @@ std::vector<HandSlice> handSlices(const std::vector<Point>& points, Ground groun
 
 // The slices of a general surface in the slope section of SolverWorld.
 inline std::vector<HandSlice> handSlices(const std::vector<Point>& points) {
-    return handSlices(points, slopeGround, kCrackDepth, 10.0, kUnitWeight);
+    return handSlices(points, worldGround, kCrackDepth, 10.0, kUnitWeight);
 }
 
 // Base forces and the interslice force handed on, slice by slice, at the safety factor F with

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <vector>
 
+#include "io/fmt.h"
 #include "solver/solver_world.h"
 
 using namespace kalmo_test;
@@ -202,6 +203,75 @@ TEST_F(SolverTest, TheForceMethodTakesTheInitialRoughness) {
 }
 
 // ---------------------------------------------------------------------------------------------
+// The other methods
+// ---------------------------------------------------------------------------------------------
+
+namespace {
+// Enters the slope steeply through the crest: in clay the first slice hangs on its base.
+const std::vector<Point> kSteepEntry = {{-6, -12}, {-4, 6}, {0, 9}, {10, 13}, {20, 13}, {30, 8}};
+}  // namespace
+
+TEST_F(SolverTest, EveryMethodGivesASolutionThatIsKept) {
+    MASTER.R1 = 0.3;
+    MASTER.R2 = 0.3;
+    MASTER.CRTSCR = 0.1;
+    for (int method = 0; method <= 3; ++method) {
+        MASTER.METHOD = method;
+        MASTER.BESTSF = 1000000.0;
+        solve(kDeep);
+        EXPECT_EQ(MASTER.IERR, 0) << method;
+        EXPECT_GT(MASTER.SF, 1.5) << method;
+        EXPECT_LT(MASTER.SF, 3.5) << method;
+        EXPECT_EQ(IBES.NUMSRF, MASTER.NUMSRF) << method;
+        EXPECT_EQ(BEST.SF, MASTER.SF) << method;
+    }
+}
+
+TEST_F(SolverTest, BishopSimplifiedCarriesItsScore) {
+    MASTER.METHOD = 1;
+    solve(kDeep);
+    ASSERT_EQ(MASTER.IERR, 0);
+    EXPECT_EQ(MASTER.SCORE, 8.887999534606934);
+    EXPECT_EQ(MASTER.RFACTOR, 0.0);
+    EXPECT_EQ(MASTER.KBEST, 1);
+}
+
+TEST_F(SolverTest, ASliceForceSolutionAboveFiveHundredIsDiscarded) {
+    // Bishop modified rejects the solution for its negative base force (SF 522.222).
+    MASTER.METHOD = 2;
+    MASTER.IDEFTO = 2;
+    SOLPRP.MAT(MAT14, 1) = 30.0;
+    MASTER.R1 = 0.3;
+    MASTER.R2 = 0.3;
+    solve(kSteepEntry);
+    EXPECT_EQ(MASTER.IERR, 0);
+    ASSERT_GT(MASTER.SF, 500.0);
+    EXPECT_EQ(MASTER.KBEST, 0);
+    EXPECT_EQ(IBES.NUMSRF, 0);
+    EXPECT_EQ(MASTER.BESTSF, 1000000.0);
+}
+
+TEST_F(SolverTest, ASolutionRejectedByTheEquilibriumCheckStillCompetes) {
+    // The roughness search ends below the zero-roughness factor: the check marks it 533.333,
+    // and as the only surface so far it is kept.
+    MASTER.METHOD = 0;
+    MASTER.IDEFTO = 2;
+    SOLPRP.MAT(MAT14, 1) = 30.0;
+    MASTER.R1 = 0.3;
+    MASTER.R2 = 0.3;
+    MASTER.CRTSCR = 0.1;
+    solve(kSteepEntry);
+    EXPECT_EQ(MASTER.IERR, 0);
+    ASSERT_EQ(MASTER.SF, 533.3330078125);
+    EXPECT_EQ(MASTER.SCORE, 5.3330001831054688);
+    EXPECT_EQ(IBES.NUMSRF, 1);
+    EXPECT_EQ(BEST.SF, 533.3330078125);
+    // Any real solution beats it.
+    solve(kDeep);
+    EXPECT_EQ(IBES.NUMSRF, 2);
+}
+
+// ---------------------------------------------------------------------------------------------
 // Earth pressure: the given safety factor, the force on the wall
 // ---------------------------------------------------------------------------------------------
 
@@ -318,6 +388,19 @@ TEST_F(EarthPressureTest, ASkippedSurfaceKeepsTheGivenSafetyFactor) {
     EXPECT_EQ(MASTER.SCORE, 7.7769999504089355);
     EXPECT_EQ(MASTER.RFACTOR, 0.0);
     EXPECT_EQ(MASTER.KBEST, 0);
+}
+
+TEST_F(EarthPressureTest, AFailedEquilibriumCheckIsReportedAndNothingIsKept) {
+    // A force tolerance far below the rounding of the slice forces fails the check.
+    MASTER.E2TOL = 1.0E-19;
+    MASTER.SF = 1.0;
+    plane(1.0);
+    EXPECT_GT(MASTER.IERR, 0);
+    EXPECT_NE(console().find(" **** SR/SOLVER : ERROR FROM SR/CHKEQL" + io::fmtI(MASTER.IERR, 12) + "\n"),
+              std::string::npos)
+        << console();
+    EXPECT_EQ(MASTER.KBEST, 0);
+    EXPECT_EQ(MASTER.BESTE2, -1000000.0);
 }
 
 TEST_F(EarthPressureTest, AFailedSurfaceKeepsTheGivenSafetyFactor) {

@@ -94,6 +94,17 @@ void checkFactor(const Case& c) {
     const std::string line = eko.substr(at + 1, eko.find('\n', at + 1) - at - 1);
     EXPECT_NEAR(number(line, tag.size() - 1, 8), byHand, 0.001 * byHand) << line;
     EXPECT_EQ(line.substr(tag.size() - 1 + 8), "   SCORE =  6.666   R-FACTOR =  1.000   SURFACE =   1") << line;
+
+    // The equilibrium check warns of the slices whose base normal force is negative.
+    int negative = 0;
+    for (const HandForces& f : simplifiedForces(slicesOf(c), c.cohesion, c.tanPhi, byHand)) negative += f.P < 0.0;
+    const std::string warning = " **** WARNING : NEGATIVE P-FORCES FOR";
+    if (negative == 0) {
+        EXPECT_EQ(eko.find(warning), std::string::npos) << c.folder;
+    } else {
+        EXPECT_NE(eko.find(warning + io::fmtI(negative, 12) + " SLICES\n\n ++++ SAFETY FACTOR ="), std::string::npos)
+            << c.folder;
+    }
 }
 
 // The result print of the best surface, line by line from the layout rules; the numbers of the
