@@ -162,12 +162,15 @@ FreeReader::ItemKind FreeReader::nextItem(std::string& text) {
     }
 }
 
-FreeReader& FreeReader::operator()(int& value) {
+// Takes the next item into value with the given number syntax; an empty item or one after
+// "/" leaves the value as it is.
+template <typename T>
+FreeReader& FreeReader::take(T& value, bool (*parse)(std::string_view, T&)) {
     if (status_ != ReadStatus::Ok) return *this;
     std::string text;
     switch (nextItem(text)) {
         case ItemKind::Value:
-            if (!parseInteger(text, value)) {
+            if (!parse(text, value)) {
                 status_ = ReadStatus::Bad;
                 badItem_ = text;
             } else {
@@ -178,30 +181,13 @@ FreeReader& FreeReader::operator()(int& value) {
             status_ = ReadStatus::End;
             break;
         default:
-            break;  // empty item or after "/": the value stays
+            break;
     }
     return *this;
 }
 
-FreeReader& FreeReader::operator()(double& value) {
-    if (status_ != ReadStatus::Ok) return *this;
-    std::string text;
-    switch (nextItem(text)) {
-        case ItemKind::Value:
-            if (!parseReal(text, value)) {
-                status_ = ReadStatus::Bad;
-                badItem_ = text;
-            } else {
-                ++valuesRead_;
-            }
-            break;
-        case ItemKind::None:
-            status_ = ReadStatus::End;
-            break;
-        default:
-            break;
-    }
-    return *this;
-}
+FreeReader& FreeReader::operator()(int& value) { return take(value, parseInteger); }
+
+FreeReader& FreeReader::operator()(double& value) { return take(value, parseReal); }
 
 }  // namespace io

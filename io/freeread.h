@@ -53,6 +53,8 @@ public:
 private:
     enum class ItemKind { Value, Empty, Stop, None };
     ItemKind nextItem(std::string& text);
+    template <typename T>
+    FreeReader& take(T& value, bool (*parse)(std::string_view, T&));
     bool fillLine();
 
     int unit_ = -1;
