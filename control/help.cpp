@@ -107,7 +107,7 @@ void HELP(int kind) {
     for (;;) {
         showMenu(instructions ? 1 : 2);
         int option = 0;
-        const io::ReadStatus read = io::readFree(kStdIn, option);
+        const io::ReadStatus read = io::readAnswer(kStdIn, option);
         if (read == io::ReadStatus::Bad) continue;
         if (read == io::ReadStatus::End || option < 1 || option > lastSection) break;
         int answer = 0;

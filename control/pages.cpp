@@ -173,7 +173,7 @@ void PAGES(int nf, int section, int& answer, int& ierr) {
     for (;;) {
         showPage(title, sectionName, page, lastPage);
         int step = 0;
-        if (io::readFree(kConsoleIn, step) != io::ReadStatus::Ok) {
+        if (io::readAnswer(kConsoleIn, step) != io::ReadStatus::Ok) {
             answer = 0;
             return;
         }

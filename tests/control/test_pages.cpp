@@ -147,6 +147,14 @@ TEST_F(Pages, QAtThePromptLeavesTheHelp) {
     EXPECT_EQ(pageLines(result).size(), 1u);
 }
 
+TEST_F(Pages, AnEmptyAnswerLineGoesBackToTheMenuWithoutWaitingForMore) {
+    // Every answer is one line: an empty line gives no step (0) and does not consume the Q.
+    PagesRun result = run(twoSectionFile(), 1, "\nQ\n");
+    EXPECT_EQ(result.ierr, 0);
+    EXPECT_EQ(result.answer, 1);
+    EXPECT_EQ(pageLines(result).size(), 1u);
+}
+
 TEST_F(Pages, TheEndOfTheAnswersLeavesTheHelp) {
     PagesRun result = run(twoSectionFile(), 1, "");
     EXPECT_EQ(result.ierr, 0);
