@@ -20,7 +20,6 @@
 //         (nothing is restored or printed)
 
 #include <cmath>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -29,6 +28,7 @@
 #include "io/fmt.h"
 #include "output/output.h"
 #include "records.h"
+#include "slices/slices.h"
 
 namespace {
 
@@ -161,21 +161,6 @@ void writeColumnHeadings() {
                     .str());
 }
 
-// Brings the best surface back as the current one: its result, the leading NSRFCP reals of
-// the surface record and, with soil nails, the nail records. The slice failure modes and the
-// run's own surface number, type and slice count stay as they are; the print works on its own
-// copies of the last three.
-void restoreBestSurface() {
-    MASTER.SF = BEST.SF;
-    MASTER.SCORE = BEST.SCORE;
-    MASTER.RFACTOR = BEST.RFACTOR;
-    std::memcpy(static_cast<void*>(&SURF), BEST.SURF, static_cast<size_t>(ISUR.NSRFCP) * sizeof(double));
-    if (ISNAIL.NNAILS != 0) {
-        SNAILS.SN = BEST.SN;
-        ISNAIL.INAIL = IBES.INAIL;
-    }
-}
-
 }  // namespace
 
 void PRINT() {
@@ -197,7 +182,7 @@ void PRINT() {
         MASTER.IERR = 2;
         return;
     }
-    if (!lastSurface) restoreBestSurface();
+    if (!lastSurface) RSTSRF();  // the slice failure modes and the run's counts stay
 
     int elapsed = 0;
     TIMER0(0, 0, 0, elapsed, MASTER.DATTIM);

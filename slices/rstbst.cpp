@@ -13,8 +13,6 @@
 // IERR:   0 ok; 1 NSRFCP outside 0..5857 or the best slice count outside 0..99 (nothing is
 //         copied, the current surface stays)
 
-#include <cstring>
-
 #include "io/fmt.h"
 #include "records.h"
 #include "slices/slices.h"
@@ -33,16 +31,6 @@ void RSTBST() {
     MASTER.NUMSRF = IBES.NUMSRF;
     MASTER.NTYP = IBES.NTYP;
     MASTER.NUMSLC = IBES.NUMSLC;
-    MASTER.SF = BEST.SF;
-    MASTER.SCORE = BEST.SCORE;
-    MASTER.RFACTOR = BEST.RFACTOR;
-
-    std::memcpy(static_cast<void*>(&SURF), BEST.SURF, static_cast<size_t>(ISUR.NSRFCP) * sizeof(double));
-
+    RSTSRF();
     for (int slice = 1; slice <= MASTER.NUMSLC; ++slice) ISUR.MODE(slice) = IBES.MODE(slice);
-
-    if (ISNAIL.NNAILS != 0) {
-        ISNAIL.INAIL = IBES.INAIL;
-        SNAILS.SN = BEST.SN;
-    }
 }

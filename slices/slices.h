@@ -26,6 +26,8 @@ void GEOMET(int nsp, int npt, int& numslc, int nslreq, int idtyp, const Arr1<dou
 // the best one back as the current surface (IERR 1 when the record sizes are out of range).
 void SAVBST();
 void RSTBST();
+// The best surface's result, slices and nails only (no counts, no failure modes).
+void RSTSRF();
 
 // Slice loads, strengths and initial values of the current surface; IREJ = 1 rejects it.
 void BUILD(int& IREJ);
