@@ -8,7 +8,7 @@
 // stresses along the surface and between the slices between a ZERO and a SIGMAX axis, with
 // their least and greatest values. Any line printer shows them.
 //
-// Scale of page 1: the slices from X1 of the first to X2 of the last span columns 2 to 71. The
+// Scale of page 1: the slices from X1 of the first to X2 of the last span columns 2 to 72. The
 // rows keep the section's proportions for characters 7/4 times as high as wide; row r covers
 // the depths from ztop + (r - 1) h to ztop + r h (h the depth range over the rows), a depth on
 // a border belonging to the row below it and the deepest point to the last row.
@@ -36,8 +36,10 @@
 namespace {
 
 constexpr int kCells = 80;           // character cells of a sketch line
-constexpr int kFirstColumn = 2;      // the section runs from column 2 ...
-constexpr int kLastColumn = 71;      // ... to column 71
+// The first slice side falls on column 2 (1.5 rounds up) and the last on 72 (71.5 rounds up):
+// a drawing area of 71 columns.
+constexpr int kFirstColumn = 2;
+constexpr int kLastColumn = 72;
 constexpr int kMaxRows = 30;         // rows of the section sketch at most
 constexpr int kStressLevels = 20;    // lines between the ZERO and the SIGMAX axis
 constexpr double kRowsPerAspect = 284.0 / 7.0;  // 71 columns, characters 7/4 as high as wide
@@ -55,7 +57,7 @@ struct SketchLine {
     void write() const { writeResult(io::Line().X(1).A(cells).str()); }
 };
 
-// The horizontal scale shared by both pages: x0 at column 2, x0 + range at column 71.
+// The horizontal scale shared by both pages: x0 at column 2, x0 + range at column 72.
 struct Scale {
     double x0 = 0.0;
     double range = 1.0;
