@@ -10,3 +10,5 @@ void POST();   // save for the post processor (KALMO.PLT)
 // The two character sketches of the surface numbered NUMSRF of type NTYP with NS slices, at
 // the end of the result print.
 void PLOT(int NUMSRF, int NTYP, int NS);
+// A new page on channel nf: the page top line, an empty line and the two title lines.
+void PAGHED(int nf);

@@ -26,7 +26,6 @@
 #include <string>
 #include <string_view>
 
-#include "control/control.h"
 #include "input/input.h"
 #include "io/channels.h"
 #include "io/fmt.h"
@@ -82,12 +81,7 @@ std::string_view surfaceTypeName(int surfaceType) {
 }
 
 void writePageHead(int surfaceNumber, int surfaceType) {
-    int elapsed = 0;
-    TIMER0(0, 0, 0, elapsed, MASTER.DATTIM);
-    TOPLIN(MASTER.NF16, TEXT.VERSION.view(), MASTER.DATTIM);
-    writeResult("");
-    writeResult(io::Line().X(1).A(TEXT.TITLE(1).view()).str());
-    writeResult(io::Line().X(1).A(TEXT.TITLE(2).view()).str());
+    PAGHED(MASTER.NF16);
     writeResult("");
     writeResult(io::Line()
                     .A(" SURFACE NO:")

@@ -31,7 +31,6 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "control/control.h"
 #include "io/channels.h"
 #include "io/fmt.h"
 #include "output/output.h"
@@ -213,12 +212,7 @@ void POST() {
         for (int i = 1; i <= sliceCount; ++i) ISUR.MODE(i) = IBES.MODE(i);
     }
 
-    int elapsed = 0;
-    TIMER0(0, 0, 0, elapsed, MASTER.DATTIM);
-    TOPLIN(MASTER.NF17, TEXT.VERSION.view(), MASTER.DATTIM);
-    writePost("");
-    writePost(io::Line().X(1).A(TEXT.TITLE(1).view()).str());
-    writePost(io::Line().X(1).A(TEXT.TITLE(2).view()).str());
+    PAGHED(MASTER.NF17);
 
     const bool withNails = ISNAIL.NNAILS > 0;
     writeCounts(surfaceNumber, surfaceType, sliceCount);
