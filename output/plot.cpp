@@ -35,8 +35,10 @@
 namespace {
 
 constexpr int kCells = 80;           // character cells of a sketch line
-// The first slice side falls on column 2 (1.5 rounds up) and the last on 72 (71.5 rounds up):
-// a drawing area of 71 columns.
+// Columns: the nearest whole number to 70·(x - x0)/(x range) + 1.5. The first slice side falls
+// on column 2 (1.5 rounds up) and the far side of the last slice on 72 (71.5 rounds up), one
+// column beyond the "2 to 71" the sketch is commonly described with. The rounding rule is kept
+// as it stands, so that every point keeps its column; the drawing area is the 71 columns 2-72.
 constexpr int kFirstColumn = 2;
 constexpr int kLastColumn = 72;
 constexpr int kMaxRows = 30;         // rows of the section sketch at most
