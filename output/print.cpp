@@ -267,8 +267,8 @@ void PRINT() {
         writeResult(second.str());
     }
 
-    // The sketches of the surface (PLOT with surfaceNumber, surfaceType and sliceCount, when
-    // JPLOT != 0) and the soil nail tables (NAILSP, when NNAILS > 0) end the print. Neither
-    // routine is part of the program yet: the print ends here as if JPLOT were 0 and there
-    // were no nails.
+    if (MASTER.JPLOT != 0) PLOT(surfaceNumber, surfaceType, sliceCount);
+
+    // The soil nail tables (NAILSP, when NNAILS > 0) end the print. That routine is not part
+    // of the program yet: the print ends here as if there were no nails.
 }

@@ -35,9 +35,7 @@ bool isSurfaceRoutine(std::string_view routine) {
 }
 
 void hook(std::string_view routine) {
-    std::string entry(routine);
-    if (routine == "POST") entry += " KLSAVE=" + std::to_string(MASTER.KLSAVE);
-    gStage.calls.push_back(entry);
+    gStage.calls.push_back(std::string(routine));
     if (routine == "READ" && gStage.read) gStage.read();
     if (isSurfaceRoutine(routine) && gStage.surface) gStage.surface();
 }
@@ -71,6 +69,16 @@ int count(const std::string& text, const std::string& what) {
 std::string printedSurface(int number) {
     std::string field = std::to_string(number);
     return " SURFACE NO :" + std::string(4 - field.size(), ' ') + field + "     SUMMARY OF GEOMETRY AND FORCES";
+}
+
+// The safety factors (F9.4) of the surfaces saved in the post-processor file, one per block:
+// the line under the values label.
+std::vector<std::string> savedFactors(const std::string& plt) {
+    std::vector<std::string> factors;
+    const std::string label = " SAFETY.FCT  SCORE  R-FACTOR   VALMSC1  VALMSC2  VALMSC3  VALMSC4  VALMSC5\n";
+    for (size_t at = plt.find(label); at != std::string::npos; at = plt.find(label, at + 1))
+        factors.push_back(plt.substr(at + label.size(), 9));
+    return factors;
 }
 
 // True when the texts appear in this order.
@@ -606,8 +614,9 @@ TEST_F(Contrl, InBatchPrintingTheBestSurfaceAlsoSavesIt) {
     EXPECT_TRUE(inOrder(eko, {" BEST SURFACE (NUM=           1 SF=   1.250000    ) IS PRINTED\n",
                               " BEST SURFACE (NUM=           1 SF=   1.250000    ) IS SAVED\n", kPresent,
                               " THIS SURFACE HAS ALREADY BEEN SAVED\n"}));
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE", "POST KLSAVE=0"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE"}));
     EXPECT_EQ(count(dir_.read("KALMO.RES"), printedSurface(1)), 1);
+    EXPECT_EQ(savedFactors(dir_.read("KALMO.PLT")), std::vector<std::string>{"   1.2500"});
     EXPECT_EQ(MASTER.KBEST, 2);
     EXPECT_EQ(MASTER.KBSAVE, 2);
 }
@@ -643,9 +652,14 @@ TEST_F(Contrl, PrintingTheLastSurfaceMarksItWhileThePrintRuns) {
 }
 
 TEST_F(Contrl, SavingTheLastSurfaceMarksItWhileTheSaveRuns) {
-    gStage.surface = [] { solvedSurface(0.875); };
+    // The best copy is given another factor: a save of the last surface must not show it.
+    gStage.surface = [] {
+        solvedSurface(0.875);
+        BEST.SF = 9.0;
+    };
     std::string out = interactive("N\n3\n1\n3\n3\n3\n8\n");
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "COMBND", "POST KLSAVE=-1"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "COMBND"}));
+    EXPECT_EQ(savedFactors(dir_.read("KALMO.PLT")), std::vector<std::string>{"   0.8750"});
     EXPECT_TRUE(inOrder(out, {kNoResults, " LAST SURFACE (NUM=           1 SF=  0.8750000    ) IS SAVED\n",
                               " THIS SURFACE HAS ALREADY BEEN SAVED\n"}));
     EXPECT_EQ(MASTER.KLSAVE, 1);
@@ -845,7 +859,8 @@ TEST_F(Contrl, HiddenReprintAgainAfterABetterSurfaceListsTheInputOnce) {
 TEST_F(Contrl, HiddenReprintInBatchAlsoSaves) {
     gStage.surface = [] { solvedSurface(1.5); };
     std::string eko = batch("N\n1\n2\n14\n8\n");
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE", "POST KLSAVE=0"}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE"}));
+    EXPECT_EQ(savedFactors(dir_.read("KALMO.PLT")), std::vector<std::string>{"   1.5000"});
     EXPECT_EQ(count(dir_.read("KALMO.RES"), printedSurface(1)), 1);
     EXPECT_NE(eko.find(" BEST SURFACE (NUM=           1 SF=   1.500000    ) IS SAVED\n"), std::string::npos);
 }
