@@ -13,40 +13,19 @@
 
 #include "io/fmt.h"
 #include "solver/solver_world.h"
+#include "surfaces/plane_list.h"
 
 using namespace kalmo_test;
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
 constexpr double kWallHeight = 6.0;
 constexpr double kSandWeight = 18.0;
 constexpr double kWallX = 0.0;
 
-double radians(double degrees) { return degrees * kPi / 180.0; }
-
-// One line of the plane list, read back from its fixed columns (F9.1, F11.3, ES14.3, ES16.3,
-// F11.3, F9.3).
-struct Listed {
-    double angle, xGround, wallForce, friction, height, score;
-    std::string text;
-};
-
-Listed parse(const std::string& line) {
-    Listed l;
-    l.text = line;
-    l.angle = std::stod(line.substr(0, 9));
-    l.xGround = std::stod(line.substr(9, 11));
-    l.wallForce = std::stod(line.substr(20, 14));
-    l.friction = std::stod(line.substr(34, 16));
-    l.height = std::stod(line.substr(50, 11));
-    l.score = std::stod(line.substr(61, 9));
-    return l;
-}
-
 const std::string kAsk = "\n GIVE EP-PLANE ANGLES (DEGRS)\n FIRST LAST STEP\n  ";
-const std::string kHeader = "\n     ANGLE  X-SURFACE  EARTH PRESSURE  WALL FRICTION  HEIGHT H2  SCORE\n";
-const std::string kCritical = " CRITICAL PLANE :\n";
+const std::string kHeader = "\n" + kPlaneHeading + "\n";
+const std::string kCritical = kCriticalLine + "\n";
 const std::string kContinue = " SHALL AUTOMATIC SEARCH BE CONTINUED (Y/N) ..... ";
 
 // Level dry sand (no cohesion) behind a wall at x = 0 whose foot lies 6 m deep; the ground runs
@@ -96,9 +75,9 @@ protected:
         std::istringstream in(sweepText());
         bool inList = false;
         for (std::string line; std::getline(in, line);) {
-            if (line == " CRITICAL PLANE :") break;
-            if (inList && line.size() == 70) planes.push_back(parse(line));
-            if (line == kHeader.substr(1, kHeader.size() - 2)) inList = true;
+            if (line == kCriticalLine) break;
+            if (inList && line.size() == 70) planes.push_back(parseListed(line));
+            if (line == kPlaneHeading) inList = true;
         }
         return planes;
     }
@@ -107,12 +86,7 @@ protected:
         const size_t at = text.find(kCritical);
         if (at == std::string::npos) return Listed{};
         const size_t from = at + kCritical.size();
-        return parse(text.substr(from, text.find('\n', from) - from));
-    }
-    static std::vector<double> anglesOf(const std::vector<Listed>& planes) {
-        std::vector<double> angles;
-        for (const Listed& p : planes) angles.push_back(p.angle);
-        return angles;
+        return parseListed(text.substr(from, text.find('\n', from) - from));
     }
 
     size_t before_ = 0;
@@ -231,6 +205,24 @@ TEST_F(PlaneTest, ARoughWallCarriesItsShareOfTheWedgeAtTheGivenFactor) {
     EXPECT_NEAR(planes[0].friction, r * E, 1e-3 * E);
     // The equilibrium check passed every slice, moments included (the 1988-2002 method).
     EXPECT_EQ(MASTER.IERR, 0);
+    EXPECT_EQ(console().find("SR/CHKEQL"), std::string::npos) << console();
+}
+
+TEST_F(PlaneTest, EveryMethodOfTheControlDataGivesTheSameCheckedWallForce) {
+    // The wall force comes from the force balance at the given factor whatever the method; the
+    // equilibrium check then holds each slice to the checks of the method (moments for 0, 2, 3).
+    GEOMSH.RWALL = 0.5;
+    MASTER.R1 = 0.3;
+    givenFactor(1.25);
+    std::vector<std::string> lines;
+    for (int method = -1; method <= 3; ++method) {
+        MASTER.METHOD = method;
+        sweep("58 58 1\n");
+        const std::vector<Listed> planes = listed();
+        ASSERT_EQ(planes.size(), 1u) << method << sweepText();
+        lines.push_back(planes[0].text.substr(0, 50));
+    }
+    for (const std::string& line : lines) EXPECT_EQ(line, lines[0]);
     EXPECT_EQ(console().find("SR/CHKEQL"), std::string::npos) << console();
 }
 
@@ -368,6 +360,18 @@ TEST_F(PlaneTest, WithoutASolvedPlaneTheSummaryShowsTheStartForce) {
     ASSERT_EQ(solved.angle, 30.0);
     sweep("100 100 1\nY\n");
     EXPECT_EQ(critical().text, solved.text.substr(0, 20) + "     1.000E+12" + solved.text.substr(34));
+}
+
+TEST_F(PlaneTest, PlanesWithoutSlicesAreNotListed) {
+    // Only a general surface may go without a number of slices: the solver says so for every
+    // plane, and none has a force to list.
+    MASTER.NSLREQ = 0;
+    givenFactor(1.0);
+    sweep("50 51 1\n");
+    EXPECT_TRUE(listed().empty());
+    const std::string refused = " ZERO SLICES ALLOWED FOR GENERAL SURFACES ONLY\n";
+    EXPECT_EQ(sweepText(), kAsk + "\n" + kHeader + refused + refused + kCritical +
+                               "      0.0      0.000    -1.000E+12       0.000E+00      0.000    0.000\n");
 }
 
 TEST_F(PlaneTest, AnUnreadableAnswerAnalysesNothing) {

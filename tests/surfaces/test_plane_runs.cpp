@@ -15,24 +15,15 @@
 
 #include "io/fmt.h"
 #include "support/wholerun.h"
+#include "surfaces/plane_list.h"
 
 using namespace kalmo_test;
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
-
-double radians(double degrees) { return degrees * kPi / 180.0; }
-
 std::string expectedFile(const std::string& folder, const std::string& name) {
     return readFile(std::string(KALMO_TEST_DATA) + "/" + folder + "/expected/" + name);
 }
-
-// One line of a plane list (F9.1, F11.3, ES14.3, ES16.3, F11.3, F9.3).
-struct Listed {
-    double angle, xGround, wallForce, friction, height, score;
-    std::string text;
-};
 
 // The sweeps of a dialogue record: the listed planes of each and its critical plane.
 struct Sweep {
@@ -40,26 +31,20 @@ struct Sweep {
     Listed critical;
 };
 
-Listed parse(const std::string& line) {
-    return {std::stod(line.substr(0, 9)),   std::stod(line.substr(9, 11)),  std::stod(line.substr(20, 14)),
-            std::stod(line.substr(34, 16)), std::stod(line.substr(50, 11)), std::stod(line.substr(61, 9)),
-            line};
-}
-
 std::vector<Sweep> sweepsOf(const std::string& eko) {
     std::vector<Sweep> sweeps;
     std::istringstream in(eko);
     bool inList = false;
     for (std::string line; std::getline(in, line);) {
-        if (line == "     ANGLE  X-SURFACE  EARTH PRESSURE  WALL FRICTION  HEIGHT H2  SCORE") {
+        if (line == kPlaneHeading) {
             sweeps.emplace_back();
             inList = true;
-        } else if (inList && line == " CRITICAL PLANE :") {
+        } else if (inList && line == kCriticalLine) {
             std::getline(in, line);
-            sweeps.back().critical = parse(line);
+            sweeps.back().critical = parseListed(line);
             inList = false;
         } else if (inList) {
-            sweeps.back().planes.push_back(parse(line));
+            sweeps.back().planes.push_back(parseListed(line));
         }
     }
     return sweeps;
@@ -74,12 +59,6 @@ const std::string kSweepStart =
 std::vector<double> anglesFrom(double first, double last) {
     std::vector<double> angles;
     for (double a = first; a <= last; a += 1.0) angles.push_back(a);
-    return angles;
-}
-
-std::vector<double> anglesOf(const std::vector<Listed>& planes) {
-    std::vector<double> angles;
-    for (const Listed& p : planes) angles.push_back(p.angle);
     return angles;
 }
 
