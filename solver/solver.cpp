@@ -108,19 +108,27 @@ bool solveSafetyFactor() {
 
 // The wall force at the given safety factor: one force-equilibrium sweep at R = R0.
 bool solveEarthPressure() {
+    const double givenSF = MASTER.SF;
     roughnessFromStart();
     FRCEQR();
     if (MASTER.IERR != 0) {
         reportError("RMULT");  // the driver names the roughness search here, as it always has
         return false;
     }
-    // No safety factor is searched here: the given one is the only solution of the surface,
-    // and so the reference of the equilibrium check, which would otherwise take every passive
-    // (negative) factor for one below the zero-roughness solution.
-    MASTER.SFTZ = MASTER.SF;
+    // The equilibrium check rejects a solution whose factor lies below SFTZ, the factor of the
+    // same surface without interslice shear, which a safety-factor search leaves behind. Here
+    // no factor is searched: the given one is the only solution of the surface and so its own
+    // reference. Left as it was (zero, or the value of an earlier surface), SFTZ would make the
+    // check take every passive (negative) factor for one too low, mark the plane 533.333 and
+    // leave that marker as the factor of every later plane of the sweep.
+    MASTER.SFTZ = givenSF;
     // The moment arms of the wall solution, and its score.
-    double A = 1.0, B = 0.0, C = 1.0 / MASTER.SF;
+    double A = 1.0, B = 0.0, C = 1.0 / givenSF;
     MOMEQL(A, B, C);
+    // The moment solution hands back the factor as the reciprocal of its reciprocal, which may
+    // differ from the typed value in the last binary digit; every plane of a sweep is solved
+    // at exactly the factor the user gave.
+    MASTER.SF = givenSF;
     SCORER();
     return true;
 }
@@ -172,6 +180,11 @@ void resetSolverRunState() {
 
 void SOLVER(int NPTS) {
     MASTER.IERR = 0;
+    // A safety-factor analysis starts every surface from 999.99. An earth-pressure problem does
+    // not: there SF is the factor the user gave for the whole search (its sign chooses active or
+    // passive pressure), and a start value written here would have the first plane of a sweep,
+    // and every one after it, solved at 999.99 instead, as active pressure on soil that has
+    // next to no strength.
     if (MASTER.IDTYP == 1) MASTER.SF = kStartSF;
     MASTER.NUMSRF += 1;
     MASTER.NUMSLC = MASTER.NSLREQ;

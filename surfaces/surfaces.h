@@ -20,3 +20,7 @@ void GENSRF(int N, const double* XG, const double* ZG, double XSHIFT, double ZSH
 // Sets the shifts and multipliers that GENRAL offers back to their start values 0, 0, 1, 1
 // (as at program start; tests begin a fresh run with it).
 void resetGenralModifications();
+
+// Forgets the critical plane of the earth-pressure plane sweeps (as at program start; tests
+// begin a fresh run with it).
+void resetPlaneCritical();

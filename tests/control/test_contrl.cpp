@@ -109,6 +109,8 @@ const std::string kPresent = " PRESENT CONTROL DATA ARE :\n";
 const std::string kZeroValues = "  0.000 0.000  0.000  0.000    0.000   0.000       0      0      0";
 const std::string kTypePrompt =
     " GIVE SURFACE TYPE (1=GENERAL 2=CIRCLE 3=COMBINED 4=EP-PLANE 5=GENERAL AUTOSEARCH) .... ";
+// The earth-pressure planes ask for their angles (the real routine: no stand-in hook).
+const std::string kPlanePrompt = "\n GIVE EP-PLANE ANGLES (DEGRS)\n FIRST LAST STEP\n  ";
 const std::string kNoResults = " NO RESULTS AVAILABLE YET\n";
 const std::string kEndOfAnswers = " **** SR/CONTRL : END OF ANSWERS , RUN TERMINATED\n";
 const std::string kEnd = " End of program KALMO\n";
@@ -722,16 +724,18 @@ TEST_F(Contrl, EarthPressurePlanesOnlyForEarthPressureProblems) {
 
 TEST_F(Contrl, AnEarthPressureProblemAsksTheSafetyFactorFirst) {
     gStage.read = [] { MASTER.IDTYP = 2; };
-    std::string out = interactive("N\n1\n-1.5\n4\n8\n");
-    EXPECT_TRUE(inOrder(out, {" EARTH PRESSURE PROBLEM , GIVE SAFETY FACTOR (ACTIVE+/PASSIVE-)...", kTypePrompt}));
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "PLANE"}));
+    // The planes are asked for; the answer "x" is no angle, and the planes return at once.
+    std::string out = interactive("N\n1\n-1.5\n4\nx\n8\n");
+    EXPECT_TRUE(inOrder(out, {" EARTH PRESSURE PROBLEM , GIVE SAFETY FACTOR (ACTIVE+/PASSIVE-)...", kTypePrompt,
+                              kPlanePrompt, kMenu}));
+    EXPECT_EQ(calls(), std::vector<std::string>{"READ"});
     EXPECT_EQ(MASTER.SF, -1.5);
     EXPECT_EQ(MASTER.BESTE2, 1000000.0);  // passive: the smallest force is sought
 }
 
 TEST_F(Contrl, AnActiveSafetyFactorLeavesTheBestForceAlone) {
     gStage.read = [] { MASTER.IDTYP = 2; };
-    interactive("N\n1\n1.0\n4\n8\n");
+    interactive("N\n1\n1.0\n4\nx\n8\n");
     EXPECT_EQ(MASTER.SF, 1.0);
     EXPECT_EQ(MASTER.BESTE2, -1000000.0);
 }
@@ -797,11 +801,11 @@ TEST_F(Contrl, AFailedControlDataReadChangesNothing) {
 
 TEST_F(Contrl, OperationSixInAnEarthPressureProblemGoesOnToTheSafetyFactor) {
     gStage.read = [] { MASTER.IDTYP = 2; };
-    std::string out = interactive("N\n6\n/\n-2\n4\n8\n");
+    std::string out = interactive("N\n6\n/\n-2\n4\nx\n8\n");
     const std::string separator(76, '=');
     EXPECT_TRUE(inOrder(out, {separator + "\n EARTH PRESSURE PROBLEM , GIVE SAFETY FACTOR (ACTIVE+/PASSIVE-)...",
-                              kTypePrompt}));
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "PLANE"}));
+                              kTypePrompt, kPlanePrompt}));
+    EXPECT_EQ(calls(), std::vector<std::string>{"READ"});
 }
 
 TEST_F(Contrl, OperationSevenShowsTheHelpMenu) {

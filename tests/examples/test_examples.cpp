@@ -1,7 +1,8 @@
 // The example problems run in batch mode as the README runs them: each folder's KALMO.INP and
 // SVAR.TMP are copied to a fresh folder and the program is started there. The input is read
 // without a message, the problem type is printed and the run ends normally; the slope example
-// analyses its general surface on the way and shows the safety factor.
+// analyses its general surface on the way and shows the safety factor, the wall example sweeps
+// its earth-pressure planes and prints the critical one (the 18th plane, 62 degrees).
 
 #include <gtest/gtest.h>
 
@@ -52,7 +53,8 @@ INSTANTIATE_TEST_SUITE_P(
                                   "Solution Method : 1 Bishop Simplified"}},
                       ExampleRun{"wall",
                                  {"EARTH PRESSURE PROBLEM TYPE", "EFFECTIVE STRESS ANALYSIS",
-                                  "Solution Method : 0 KALMO 1988-2002"}},
+                                  "Solution Method : 0 KALMO 1988-2002",
+                                  " BEST SURFACE (NUM=          18 SF=   1.000000    ) IS PRINTED"}},
                       ExampleRun{"nails",
                                  {"STABILITY/BEARING PROBLEM TYPE", "EFFECTIVE STRESS ANALYSIS",
                                   "Solution Method : 2 Bishop Modified", "4 SOIL NAILS"}}),
