@@ -31,7 +31,7 @@ struct Stage {
 Stage gStage;
 
 bool isSurfaceRoutine(std::string_view routine) {
-    return routine == "CIRCLE" || routine == "COMBND" || routine == "PLANE" || routine == "GENRALZI";
+    return routine == "CIRCLE" || routine == "PLANE" || routine == "GENRALZI";
 }
 
 void hook(std::string_view routine) {
@@ -644,8 +644,8 @@ TEST_F(Contrl, PrintingTheLastSurfaceMarksItWhileThePrintRuns) {
 
 TEST_F(Contrl, SavingTheLastSurfaceMarksItWhileTheSaveRuns) {
     gStage.surface = [] { solvedSurface(0.875); };
-    std::string out = interactive("N\n3\n1\n3\n3\n3\n8\n");
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "COMBND", "POST KLSAVE=-1"}));
+    std::string out = interactive("N\n3\n1\n5\n3\n3\n8\n");
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRALZI", "POST KLSAVE=-1"}));
     EXPECT_TRUE(inOrder(out, {kNoResults, " LAST SURFACE (NUM=           1 SF=  0.8750000    ) IS SAVED\n",
                               " THIS SURFACE HAS ALREADY BEEN SAVED\n"}));
     EXPECT_EQ(MASTER.KLSAVE, 1);
