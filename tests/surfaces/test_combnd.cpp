@@ -178,10 +178,9 @@ TEST_F(Combnd, AnEntryPointWithinTheCircleShortensTheRadiusOnceAndEndsTheDepthsT
 TEST_F(Combnd, ARadiusOfAMillimetreOrLessGoesBackToTheTypeQuestion) {
     answers("1\n0 0.0005 0 0.0005 1 1 30\n");
     COMBND();
-    // The entry point lies within the circle: the radius becomes its distance from the centre
-    // less a millimetre, which leaves nothing.
-    const double entryZ = -static_cast<double>(1.0e-4f);
-    const double R = std::hypot(0.0005, entryZ) - static_cast<double>(0.001f);
+    // The entry point lies within the circle, and the centre lies below it: the radius becomes
+    // the centre's distance to the right of the entry less a millimetre, which leaves nothing.
+    const double R = 0.0005 - static_cast<double>(0.001f);
     EXPECT_NE(console().find("\n COMBINED SURFACE :  RADIUS =" + io::fmtES(R, 15, 3) + "\n" + kTypeMenu),
               std::string::npos)
         << console();
