@@ -61,6 +61,27 @@ void arc(double xc, double zc, double r, double from, double step, int count, in
     for (int k = 1; k <= count; ++k) onCircle(xc, zc, r, from + k * step, n, X, Z);
 }
 
+// Points 1..3: the entry plane rising to the left at gamma (tanBeta = 1/tan gamma) from
+// (x3, z3), point 1 a thousand times further out.
+void entryPlane(double x3, double z3, double tanBeta, Arr1<double, MAXPTS>& X, Arr1<double, MAXPTS>& Z) {
+    X(1) = x3 - (1.0 + kFar) * tanBeta;
+    Z(1) = z3 - (1.0 + kFar);
+    X(2) = x3 - tanBeta;
+    Z(2) = z3 - 1.0;
+    X(3) = x3;
+    Z(3) = z3;
+}
+
+// Two more points: the exit plane from point n rising to the right at beta
+// (tanGamma = 1/tan beta), and a point a thousand times further out.
+void exitPlane(double tanGamma, int& n, Arr1<double, MAXPTS>& X, Arr1<double, MAXPTS>& Z) {
+    X(n + 1) = X(n) + tanGamma;
+    Z(n + 1) = Z(n) - 1.0;
+    X(n + 2) = X(n + 1) + kFar * tanGamma;
+    Z(n + 2) = Z(n + 1) - kFar;
+    n += 2;
+}
+
 }  // namespace
 
 void COMLOW(double XLEFT, double XRGHT, double ZBOTM, double XC, double ZC, double PHIDG, int KBEAM, int& NPTS,
@@ -105,18 +126,11 @@ void COMLOW(double XLEFT, double XRGHT, double ZBOTM, double XC, double ZC, doub
     }
 
     // Entry plane: point 3 touches the left fan (the left corner itself without one).
-    int n = 0;
     const double entryStart = pi - exitAngle;
-    const double x3 = XLEFT + leftFanRadius * std::cos(entryStart);
-    const double z3 = ZBOTM + leftFanRadius * std::sin(entryStart);
     const double tanExit = std::tan(exitAngle);
-    X(1) = x3 - (1.0 + kFar) * tanExit;
-    Z(1) = z3 - (1.0 + kFar);
-    X(2) = x3 - tanExit;
-    Z(2) = z3 - 1.0;
-    X(3) = x3;
-    Z(3) = z3;
-    n = 3;
+    entryPlane(XLEFT + leftFanRadius * std::cos(entryStart), ZBOTM + leftFanRadius * std::sin(entryStart), tanExit,
+               X, Z);
+    int n = 3;
 
     if (leftFan) arc(XLEFT, ZBOTM, leftFanRadius, entryStart, -leftFanTurn / kLeftFanPoints, kLeftFanPoints, n, X, Z);
     arc(XC, ZC, arcRadius, arcFrom, arcStep, arcPoints, n, X, Z);
@@ -125,20 +139,11 @@ void COMLOW(double XLEFT, double XRGHT, double ZBOTM, double XC, double ZC, doub
     // Exit plane, tangent to the right fan where the fan's direction is gamma below the level.
     const double tanEntry = std::tan(entryAngle);
     const double xExit = X(n), zExit = Z(n);
-    X(n + 1) = xExit + tanEntry;
-    Z(n + 1) = zExit - 1.0;
-    X(n + 2) = X(n + 1) + kFar * tanEntry;
-    Z(n + 2) = Z(n + 1) - kFar;
-    n += 2;
+    exitPlane(tanEntry, n, X, Z);
 
     if (KBEAM == 2 && leftFan) {
         // The beam: clamped level at (XC, ZBOTM), its free end where the exit plane starts.
-        X(1) = XC - (1.0 + kFar) * tanExit;
-        Z(1) = ZBOTM - (1.0 + kFar);
-        X(2) = XC - tanExit;
-        Z(2) = ZBOTM - 1.0;
-        X(3) = XC;
-        Z(3) = ZBOTM;
+        entryPlane(XC, ZBOTM, tanExit, X, Z);
         const double span = xExit - XC;
         const double drop = zExit - ZBOTM;
         n = 3;
@@ -148,11 +153,7 @@ void COMLOW(double XLEFT, double XRGHT, double ZBOTM, double XC, double ZC, doub
             X(n) = XC + xi * span;
             Z(n) = ZBOTM + drop * xi * xi * (3.0 - xi) / 2.0;
         }
-        X(n + 1) = xExit + tanEntry;
-        Z(n + 1) = zExit - 1.0;
-        X(n + 2) = X(n + 1) + kFar * tanEntry;
-        Z(n + 2) = Z(n + 1) - kFar;
-        n += 2;
+        exitPlane(tanEntry, n, X, Z);
     }
     NPTS = n;
 
