@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cmath>
 #include <sstream>
 #include <string>
@@ -312,4 +313,31 @@ TEST_F(Combnd, TheEndOfTheAnswersNeverKeepsTheDialogueGoing) {
         COMBND();
         SUCCEED() << script;
     }
+}
+
+TEST_F(Combnd, TypesTwoAndThreeKeepTheLastOfEqualSafetyFactors) {
+    // Without a load on the base nothing drives these surfaces: each is dropped with the same
+    // very high factor (or fails in the slice geometry with the start factor, and the search
+    // goes on), so many factors are equal and the critical surface is the last of the lowest.
+    batchMode();
+    std::string script = "2\n-8 -4 0 -6 3 0.5 30\n";
+    for (int k = 0; k < 100; ++k) script += "Y\n";
+    answers(script);
+    COMBND();
+    std::vector<std::string> list;
+    for (const std::string& line : listAfter(console(), kBaseHeading))
+        if (line.size() == 63 && line[0] == ' ' && std::isdigit(static_cast<unsigned char>(line[4]))) list.push_back(line);
+    ASSERT_GE(list.size(), 9u) << console();
+    size_t lowest = 0;
+    int equal = 0;
+    for (size_t k = 1; k < list.size(); ++k) {
+        const double here = std::stod(list[k].substr(27, 13)), low = std::stod(list[lowest].substr(27, 13));
+        if (here == low) ++equal;
+        if (here <= low) lowest = k;
+    }
+    EXPECT_GT(equal, 0);
+    const std::string summaryHead = " CRITICAL SURFACE :  NO   X-CNTR   Z-CNTR    SAFETY   SCORE  R-FACTOR\n";
+    const size_t at = console().find(summaryHead);
+    ASSERT_NE(at, std::string::npos) << console();
+    EXPECT_EQ(std::stoi(console().substr(at + summaryHead.size(), 23)), std::stoi(list[lowest].substr(0, 5)));
 }
