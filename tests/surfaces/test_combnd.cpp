@@ -341,3 +341,33 @@ TEST_F(Combnd, TypesTwoAndThreeKeepTheLastOfEqualSafetyFactors) {
     ASSERT_NE(at, std::string::npos) << console();
     EXPECT_EQ(std::stoi(console().substr(at + summaryHead.size(), 23)), std::stoi(list[lowest].substr(0, 5)));
 }
+
+TEST_F(Combnd, OddInputNeverCrashesTheSearches) {
+    // Each script ends the dialogue one way or another; what matters is that it ends, within
+    // the arrays, whatever the numbers. A single centre a hair below the base is refused
+    // (code 0) before it could reach COMLOW.
+    const char* scripts[] = {
+        "1\n-5 15 -10 2 -100 5 30\nN\n",       // depths climbing above the centre
+        "1\n-5 15 -10 2 1 3 -1e30\nN\n",       // an absurd exit angle
+        "1\n-5 15 -10 2 1 3 180\nN\n",         // an exit plane falling away
+        "1\n-1e30 1e30 -1e30 1e30 1 1 30\nN\n",
+        "2\n-8 -4 0 -6 3 1e6 30\nN\n",         // a step far beyond the section
+        "2\n-8 -4 0 -6 3 0.5 1e30\nN\n",
+        "2\n-8 -4 0 -6 3 0.5 180\nN\n",
+        "3\n-8 -4 0 -6 1e-7 0 30\nN\n",
+        "3\n-8 -4 0 -1e9 3 0 30\nN\n",
+    };
+    for (const char* script : scripts) {
+        SolverWorld fresh;
+        MASTER.NSLREQ = 20;
+        MASTER.NTYP = 3;
+        footing();
+        fresh.batchMode();
+        fresh.answers(script);
+        COMBND();
+        if (std::string(script).rfind("3\n-8 -4 0 -6 1e-7", 0) == 0) {
+            EXPECT_NE(fresh.console().find(" INPUT NOT ACCEPTED , PLEASE TRY AGAIN         0\n"), std::string::npos)
+                << fresh.console();
+        }
+    }
+}
