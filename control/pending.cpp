@@ -1,6 +1,6 @@
 // control/pending.cpp
 //
-// Stand-ins for routines that are not written yet: CIRCLE, COMBND and GENRALZI.
+// Stand-ins for routines that are not written yet: CIRCLE and GENRALZI.
 // They let the central decision loop run end to end; each is removed from this file as the
 // real routine lands, and the file goes with the last of them.
 //
@@ -30,5 +30,4 @@ void pending(std::string_view routine) {
 void setPendingHook(PendingHook hook) { gHook = hook; }
 
 void CIRCLE() { pending("CIRCLE"); }
-void COMBND() { pending("COMBND"); }
 void GENRALZI() { pending("GENRALZI"); }

@@ -384,15 +384,7 @@ int areasAndCentroids(Section& s, Arr1<double, MAXSLC>& AREA) {
             ierr = 100 + i;
             continue;
         }
-        // The diagonal 2-4 splits the slice into the triangles (2,1,4) and (2,3,4).
-        const double leftArea = 0.5 * leftHeight * width;
-        const double rightArea = 0.5 * rightHeight * width;
-        const double leftX = (s.XX(2, i) + s.XX(1, i) + s.XX(4, i)) / 3.0;
-        const double leftZ = (s.ZZ(2, i) + s.ZZ(1, i) + s.ZZ(4, i)) / 3.0;
-        const double rightX = (s.XX(2, i) + s.XX(3, i) + s.XX(4, i)) / 3.0;
-        const double rightZ = (s.ZZ(2, i) + s.ZZ(3, i) + s.ZZ(4, i)) / 3.0;
-        s.XX(5, i) = (leftX * leftArea + rightX * rightArea) / AREA(i);
-        s.ZZ(5, i) = (leftZ * leftArea + rightZ * rightArea) / AREA(i);
+        loadPoint(s.XX, s.ZZ, i, AREA(i));
     }
     return ierr;
 }

@@ -22,6 +22,13 @@ void GEOMET(int nsp, int npt, int& numslc, int nslreq, int idtyp, const Arr1<dou
             Arr2<double, 5, MAXSLC>& ZZ, Arr1<double, MAXSLC>& AREA, int& ntyp, int nlayer,
             const Arr1<double, MAXLAY>& zlayer, int& ierr, int icsrch);
 
+// Corner 5 of slice i, the centroid of its area (the load point); area is the slice's area.
+void loadPoint(Arr2<double, 5, MAXSLC>& XX, Arr2<double, 5, MAXSLC>& ZZ, int i, double area);
+
+// Replaces a steep exit end of the current slices by a plane at the passive angle; sets
+// MASTER.IMODIF when it did. IERR 1 (or -I for slice I) on a failure, with its message.
+void MODIFY();
+
 // The best surface of the run: SAVBST keeps the current surface as the best one, RSTBST brings
 // the best one back as the current surface (IERR 1 when the record sizes are out of range).
 void SAVBST();

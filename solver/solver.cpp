@@ -15,7 +15,7 @@
 //
 // Routines of later work are not in the program yet; their call sites below are marked with
 // the condition under which they will be called, and the analysis runs as if that condition
-// were off: slice modification (MODIFY, IDMOD = 1), line control (LCONTRL, more than one line
+// were off: line control (LCONTRL, more than one line
 // control point), soil nails (NAILS, NNAILS > 0), the direct solution of undrained circles
 // (SUCRCL) and the stress-dependent update (UPDATE).
 //
@@ -208,7 +208,12 @@ void SOLVER(int NPTS) {
         MASTER.ITSBLK = 1;
     }
 
-    // Steep exit ends are reshaped by MODIFY when IDMOD = 1 (not in the program yet).
+    // Steep exit ends are rebuilt along the passive plane when the switch is on; a surface
+    // that cannot be rebuilt leaves without a word of the driver (MODIFY has said why).
+    if (MASTER.IDMOD == 1) {
+        MODIFY();
+        if (MASTER.IERR != 0) return;
+    }
     // Line control (LCONTRL) when LINECONTROL.NLCP > 1 (not in the program yet); a surface it
     // rejects is marked with markSkipped(kScoreLineControl).
 

@@ -5,6 +5,8 @@
 
 #pragma once
 
+#include "records.h"
+
 void GENRAL();    // type 1: general surfaces of the input file
 void CIRCLE();    // type 2: circles
 void COMBND();    // type 3: combined circle-and-plane surfaces
@@ -24,3 +26,16 @@ void resetGenralModifications();
 // Forgets the critical plane of the earth-pressure plane sweeps (as at program start; tests
 // begin a fresh run with it).
 void resetPlaneCritical();
+
+// The combined surface of a slope (type 1): entry plane from (XS1, ZS1) tangent to the circle
+// about (XC, ZC) of radius R, the arc, and the exit plane rising at BETA (radians; returned: the
+// entry plane's inclination). NPTS: in the arc points, out all points. IERR 0, 101, 102 or 3.
+void COMSRF(double XS1, double ZS1, double XC, double ZC, double& R, double& BETA, Arr1<double, MAXPTS>& X,
+            Arr1<double, MAXPTS>& Z, Arr1<double, 10>& SPAR, int& NPTS, int NFOUT, int& IERR);
+// The combined surface under a foundation base from XLEFT to XRGHT at ZBOTM, about a centre
+// (XC, ZC) below the base; KBEAM 1 (type 2) or 2 (type 3, the beam shape). IERR 0..3.
+void COMLOW(double XLEFT, double XRGHT, double ZBOTM, double XC, double ZC, double PHIDG, int KBEAM, int& NPTS,
+            Arr1<double, MAXPTS>& X, Arr1<double, MAXPTS>& Z, Arr1<double, 10>& SPAR, int& IERR);
+// Forgets the combined-surface input of the run (all values 0, as at program start; tests
+// begin a fresh run with it).
+void resetCombndValues();

@@ -31,7 +31,7 @@ struct Stage {
 Stage gStage;
 
 bool isSurfaceRoutine(std::string_view routine) {
-    return routine == "CIRCLE" || routine == "COMBND" || routine == "PLANE" || routine == "GENRALZI";
+    return routine == "CIRCLE" || routine == "GENRALZI";
 }
 
 void hook(std::string_view routine) {
@@ -659,8 +659,8 @@ TEST_F(Contrl, SavingTheLastSurfaceMarksItWhileTheSaveRuns) {
         solvedSurface(0.875);
         BEST.SF = 9.0;
     };
-    std::string out = interactive("N\n3\n1\n3\n3\n3\n8\n");
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "COMBND"}));
+    std::string out = interactive("N\n3\n1\n5\n3\n3\n8\n");
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRALZI"}));
     EXPECT_EQ(savedFactors(dir_.read("KALMO.PLT")), std::vector<std::string>{"   0.8750"});
     EXPECT_TRUE(inOrder(out, {kNoResults, " LAST SURFACE (NUM=           1 SF=  0.8750000    ) IS SAVED\n",
                               " THIS SURFACE HAS ALREADY BEEN SAVED\n"}));

@@ -57,7 +57,10 @@ INSTANTIATE_TEST_SUITE_P(
                                   " BEST SURFACE (NUM=          18 SF=   1.000000    ) IS PRINTED"}},
                       ExampleRun{"nails",
                                  {"STABILITY/BEARING PROBLEM TYPE", "EFFECTIVE STRESS ANALYSIS",
-                                  "Solution Method : 2 Bishop Modified", "4 SOIL NAILS"}}),
+                                  "Solution Method : 2 Bishop Modified", "4 SOIL NAILS"}},
+                      ExampleRun{"footing",
+                                 {"STABILITY/BEARING PROBLEM TYPE", "TOTAL STRESS ANALYSIS",
+                                  "Solution Method : -1 Force Equilibrium", " BEST SURFACE (NUM=          22 SF=  0.898"}}),
     [](const ::testing::TestParamInfo<ExampleRun>& info) { return std::string(info.param.folder); });
 
 }  // namespace

@@ -56,6 +56,7 @@ public:
         resetSolverRunState();
         resetGenralModifications();
         resetPlaneCritical();
+        resetCombndValues();
         resetMomeqlDecision();
         resetRoot3Alternation();
         resetSlv123Note();
