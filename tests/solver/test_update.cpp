@@ -219,8 +219,8 @@ const double kStart = 0.33f;  // start excess pressure over the vertical stress
 struct HandPressure {
     double sigma1, sigma3, excess;
 };
-HandPressure handPressure(double P, double S, double L, double c, double tanPhi, double F, double sigmaV0,
-                          double K0, double A, double B, double uNow, double dilatancy) {
+HandPressure handPressure(double P, double S, double L, double c, double tanPhi, double F, double sigma1Before,
+                          double sigma3Before, double A, double B, double uNow, double dilatancy) {
     const double sigmaN = P / L, tau = S / L;
     const double a = c / tanPhi;                          // the strength line meets the axis at -a
     const double t = tanPhi / F;                          // the mobilised slope
@@ -228,7 +228,7 @@ HandPressure handPressure(double P, double S, double L, double c, double tanPhi,
     const double radius = t * reach;
     const double centre = std::hypot(reach, radius) - a;  // the tangent from (-a, 0) is `reach` long
     HandPressure h{centre + radius, centre - radius, 0.0};
-    const double d1 = h.sigma1 - sigmaV0, d3 = h.sigma3 - K0 * sigmaV0;
+    const double d1 = h.sigma1 - sigma1Before, d3 = h.sigma3 - sigma3Before;
     const double d2 = d3 + A * (d1 - d3);
     h.excess = B * ((d1 + d2 + d3) / 3.0 + uNow - std::fabs(d1 - d3) * dilatancy);
     return h;
@@ -281,10 +281,12 @@ TEST_F(PorePressureTest, OneUpdateGivesTheHandComputedExcessPressureRelaxedByHal
     ASSERT_EQ(MASTER.IERR, 0) << console();
     EXPECT_EQ(conv, 0);
 
+    // Before failure: sigma1 the vertical stress of the weight without the external load,
+    // (400 - 40) / 4 = 90 and 500 / 4 = 125, sigma3 = K0 sigma1.
     const HandPressure first =
-        handPressure(300.0, 150.0, SURF.L34(1), 10.0, 0.5, 1.25, (400.0 - 40.0) / 4.0, 0.5, 1.0 / 3.0, 1.0, u0First, 0.0);
+        handPressure(300.0, 150.0, SURF.L34(1), 10.0, 0.5, 1.25, 90.0, 0.5 * 90.0, 1.0 / 3.0, 1.0, u0First, 0.0);
     const HandPressure second =
-        handPressure(350.0, 160.0, SURF.L34(2), 0.0, 0.6, 1.25, 500.0 / 4.0, 0.5, 1.0 / 3.0, 1.0, u0Second, 0.01);
+        handPressure(350.0, 160.0, SURF.L34(2), 0.0, 0.6, 1.25, 125.0, 0.5 * 125.0, 1.0 / 3.0, 1.0, u0Second, 0.01);
     // The circle of the first slice touches the mobilised strength line 0.4 (sigma + 20).
     const double t = 0.5 / 1.25;
     EXPECT_NEAR(0.5 * (first.sigma1 - first.sigma3), t / std::hypot(1.0, t) * (0.5 * (first.sigma1 + first.sigma3) + 20.0),
@@ -297,6 +299,106 @@ TEST_F(PorePressureTest, OneUpdateGivesTheHandComputedExcessPressureRelaxedByHal
     // Applied: the mean of the start pressure and the new one.
     EXPECT_NEAR(SURF.U3(1), 50.0 + SURF.L34(1) * 0.5 * (u0First + first.excess), 1e-9);
     EXPECT_NEAR(SURF.U3(2), 60.0 + SURF.L34(2) * 0.5 * (u0Second + second.excess), 1e-9);
+}
+
+namespace {
+
+// The stress state before failure of a base with the stresses sigma, tau stored with a general
+// surface: the Mohr circle that touches, at the stress point itself, the line from the foot of
+// the strength line (-a, 0) through that point. Its centre lies on the normal of that line at
+// the stress point: m = sigma + tau^2 / (sigma + a); its radius is the distance to the point.
+void storedState(double sigma, double tau, double a, double& sigma1, double& sigma3) {
+    const double centre = sigma + tau * tau / (sigma + a);
+    const double radius = std::hypot(centre - sigma, tau);
+    sigma1 = centre + radius;
+    sigma3 = centre - radius;
+}
+
+}  // namespace
+
+TEST_F(PorePressureTest, AGeneralSurfaceBringsItsOwnStressesBeforeFailure) {
+    // The slices are the segments of general surface 1 (no requested count): slice i takes the
+    // values of point i.
+    MASTER.NTYP = 1;
+    MASTER.NSLREQ = 0;
+    IGENER.IGEN = 1;
+    IGENER.NPGEN(1) = 3;
+    const double xs[] = {0.0, 4.0, 8.0}, sigmas[] = {80.0, 120.0, 0.0}, taus[] = {20.0, 30.0, 0.0};
+    for (int k = 1; k <= 3; ++k) {
+        GENERL.XGEN(k, 1) = xs[k - 1];
+        GENERL.SIGGEN(k, 1) = sigmas[k - 1];
+        GENERL.TAUGEN(k, 1) = taus[k - 1];
+    }
+    SURF.TAN3(2) = 0.0;  // the second base has no friction: sigma1,3 = sigma +- tau
+    SURF.C3(2) = 30.0;
+    int conv = -1;
+    UPDATE(0, conv);
+    ASSERT_EQ(MASTER.IERR, 0) << console();
+    const double u0First = kStart * 400.0 / SURF.L34(1), u0Second = kStart * 500.0 / SURF.L34(2);
+    SURF.P(1) = 300.0;
+    SURF.S(1) = 150.0;
+    SURF.P(2) = 350.0;
+    SURF.S(2) = 160.0;
+    UPDATE(1, conv);
+    ASSERT_EQ(MASTER.IERR, 0) << console();
+    double sigma1 = 0.0, sigma3 = 0.0;
+    storedState(80.0, 20.0, 10.0 / 0.5, sigma1, sigma3);
+    // The stress point lies on that circle.
+    EXPECT_NEAR(std::pow(80.0 - 0.5 * (sigma1 + sigma3), 2) + 20.0 * 20.0, std::pow(0.5 * (sigma1 - sigma3), 2), 1e-9);
+    const HandPressure first =
+        handPressure(300.0, 150.0, SURF.L34(1), 10.0, 0.5, 1.25, sigma1, sigma3, 1.0 / 3.0, 1.0, u0First, 0.0);
+    ASSERT_GT(first.excess, -50.0 / SURF.L34(1));
+    ASSERT_LT(first.excess, 100.0);
+    EXPECT_NEAR(SURF.U3(1), 50.0 + SURF.L34(1) * 0.5 * (u0First + first.excess), 1e-9);
+    // Without friction no excess pressure, whatever the stresses before.
+    EXPECT_NEAR(SURF.U3(2), 60.0 + SURF.L34(2) * 0.5 * u0Second, 1e-9);
+}
+
+TEST_F(PorePressureTest, StoredStressesAreInterpolatedAtTheSliceMiddle) {
+    // A requested number of slices: the stored values are interpolated at the slice's mid x
+    // (2 and 6 here), the middle of x = 0..4 and 4..8, halfway between the stored points.
+    MASTER.NTYP = 1;
+    MASTER.NSLREQ = 2;
+    IGENER.IGEN = 1;
+    IGENER.NPGEN(1) = 5;
+    const double xs[] = {0.0, 4.0, 4.0001, 8.0, 12.0}, sigmas[] = {60.0, 100.0, 140.0, 100.0, 0.0},
+                 taus[] = {10.0, 30.0, 40.0, 20.0, 0.0};
+    for (int k = 1; k <= 5; ++k) {
+        GENERL.XGEN(k, 1) = xs[k - 1];
+        GENERL.SIGGEN(k, 1) = sigmas[k - 1];
+        GENERL.TAUGEN(k, 1) = taus[k - 1];
+    }
+    int conv = -1;
+    UPDATE(0, conv);
+    ASSERT_EQ(MASTER.IERR, 0) << console();
+    const double u0First = kStart * 400.0 / SURF.L34(1);
+    SURF.P(1) = 300.0;
+    SURF.S(1) = 150.0;
+    SURF.P(2) = 350.0;
+    SURF.S(2) = 160.0;
+    UPDATE(1, conv);
+    ASSERT_EQ(MASTER.IERR, 0) << console();
+    double sigma1 = 0.0, sigma3 = 0.0;
+    storedState(80.0, 20.0, 10.0 / 0.5, sigma1, sigma3);
+    const HandPressure first =
+        handPressure(300.0, 150.0, SURF.L34(1), 10.0, 0.5, 1.25, sigma1, sigma3, 1.0 / 3.0, 1.0, u0First, 0.0);
+    EXPECT_NEAR(SURF.U3(1), 50.0 + SURF.L34(1) * 0.5 * (u0First + first.excess), 1e-9);
+}
+
+TEST_F(PorePressureTest, AStoredStressTableThatCannotBeInterpolatedStopsTheUpdate) {
+    MASTER.NTYP = 1;
+    MASTER.NSLREQ = 2;
+    IGENER.IGEN = 1;
+    IGENER.NPGEN(1) = 3;
+    const double xs[] = {0.0, 8.0, 4.0};  // not increasing
+    for (int k = 1; k <= 3; ++k) {
+        GENERL.XGEN(k, 1) = xs[k - 1];
+        GENERL.SIGGEN(k, 1) = 100.0;
+    }
+    int conv = -1;
+    UPDATE(0, conv);
+    EXPECT_EQ(MASTER.IERR, 2);
+    EXPECT_NE(console().find(" **** SR/UPDATE : ERROR IN SR/INTPOL  IERR="), std::string::npos) << console();
 }
 
 TEST_F(PorePressureTest, ABaseWithoutFrictionTakesNoExcessPressure) {
