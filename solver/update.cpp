@@ -222,6 +222,21 @@ void updateFriction(int numSlices, int ITER) {
     }
 }
 
+// One row of the pore-pressure trace: slice, two stresses, four more, and a material.
+void traceRow(int i, double first, double second, double third, double fourth, double fifth, double pressure,
+              int located) {
+    sayLog(io::Line()
+               .I(i, 5)
+               .F(first, 10, 2)
+               .F(second, 10, 2)
+               .F(third, 11, 2)
+               .F(fourth, 11, 2)
+               .F(fifth, 11, 2)
+               .F(pressure, 11, 2)
+               .I(located, 8)
+               .str());
+}
+
 void updatePressures(int numSlices, int ITER) {
     const bool trace = MASTER.JPRINT >= kTraceLevel;
     if (trace) {
@@ -255,26 +270,8 @@ void updatePressures(int numSlices, int ITER) {
         sumNew += length * excess;
         if (trace) {
             const double sigma2 = sigma3 + material(BSIG2, located) * (sigma1 - sigma3);
-            sayLog(io::Line()
-                       .I(i, 5)
-                       .F(gState.sigma1Initial(i), 10, 2)
-                       .F(sigmaN, 10, 2)
-                       .F(sigma1, 11, 2)
-                       .F(dSigma1, 11, 2)
-                       .F(sigma2, 11, 2)
-                       .F(excess, 11, 2)
-                       .I(gState.face2Material(i), 8)
-                       .str());
-            sayLog(io::Line()
-                       .I(i, 5)
-                       .F(gState.sigma3Initial(i), 10, 2)
-                       .F(tau, 10, 2)
-                       .F(sigma3, 11, 2)
-                       .F(dSigma3, 11, 2)
-                       .F(dSigma2, 11, 2)
-                       .F(gState.excessNow[i], 11, 2)
-                       .I(located, 8)
-                       .str());
+            traceRow(i, gState.sigma1Initial(i), sigmaN, sigma1, dSigma1, sigma2, excess, gState.face2Material(i));
+            traceRow(i, gState.sigma3Initial(i), tau, sigma3, dSigma3, dSigma2, gState.excessNow[i], located);
         }
     }
     if (trace) sayLog(io::Line(" SR/UPDATE :  SUMS PWPOLD*D34 AND PWPNEW*D34 =").Free(sumBefore).Free(sumNew).str());

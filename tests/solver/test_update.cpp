@@ -23,7 +23,18 @@ double tangentOf(double degrees) { return std::tan(degrees * kPi / 180.0); }
 // From the crest (entering at x = -10.333) down under the toe to the level ground (x = 26).
 const std::vector<Point> kDeep = {{-12, -2}, {-8, 4}, {0, 9}, {10, 13}, {20, 13}, {30, 8}};
 
-class UpdateTest : public ::testing::Test, public SolverWorld {};
+class UpdateTest : public ::testing::Test, public SolverWorld {
+protected:
+    // True when the update with the given iteration number reports convergence and leaves the
+    // surface record as it was.
+    static bool settlesUnchanged(int iter) {
+        static SurfRecord before;
+        before = SURF;
+        int conv = -1;
+        UPDATE(iter, conv);
+        return conv == 1 && MASTER.IERR == 0 && std::memcmp(&before, &SURF, sizeof(SURF)) == 0;
+    }
+};
 
 // The angle the friction law gives for a stress: the reference angle less the decrease for
 // every tenfold of the stress above the reference stress.
@@ -46,26 +57,13 @@ TEST_F(UpdateTest, ATotalStressAnalysisChangesNothingAndHasConvergedAtOnce) {
     SOLPRP.MAT(PHIRED, 1) = 5.0;
     SOLPRP.MAT(BFCT, 1) = 1.0;
     SOLPRP.STRDAT(3) = 10.0;
-    static SurfRecord before;
-    before = SURF;
-    for (int iter = 0; iter <= 2; ++iter) {
-        int conv = -1;
-        UPDATE(iter, conv);
-        EXPECT_EQ(conv, 1) << iter;
-        EXPECT_EQ(MASTER.IERR, 0);
-    }
-    EXPECT_EQ(std::memcmp(&before, &SURF, sizeof(SURF)), 0);
+    for (int iter = 0; iter <= 2; ++iter) EXPECT_TRUE(settlesUnchanged(iter)) << iter;
 }
 
 TEST_F(UpdateTest, WithoutFrictionDecreaseAndBFactorNothingChanges) {
     solve(kDeep);
     ASSERT_EQ(MASTER.IERR, 0) << console();
-    static SurfRecord before;
-    before = SURF;
-    int conv = -1;
-    UPDATE(1, conv);
-    EXPECT_EQ(conv, 1);
-    EXPECT_EQ(std::memcmp(&before, &SURF, sizeof(SURF)), 0);
+    EXPECT_TRUE(settlesUnchanged(1));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -115,12 +113,7 @@ TEST_F(UpdateTest, StressesBelowTheReferenceStressLeaveTheAngleUnchanged) {
     const double withoutDecrease = MASTER.SF;
     SOLPRP.MAT(PHIRED, 1) = 4.0;
     SOLPRP.STRDAT(3) = 1.0E6;
-    static SurfRecord before;
-    before = SURF;
-    int conv = -1;
-    UPDATE(1, conv);
-    EXPECT_EQ(conv, 1);
-    EXPECT_EQ(std::memcmp(&before, &SURF, sizeof(SURF)), 0);
+    EXPECT_TRUE(settlesUnchanged(1));
     // Through the solver: the same safety factor to the last bit.
     solve(kDeep);
     EXPECT_EQ(MASTER.SF, withoutDecrease);
@@ -170,6 +163,8 @@ TEST_F(UpdateTest, AFrictionDecreaseBeyondTheWholeAngleLeavesNoFriction) {
 
 namespace {
 
+const double kStart = 0.33f;  // start excess pressure over the vertical stress
+
 // Two slices placed by hand below the slope (all inside material 1), with loads and water
 // forces as a load builder might have left them. Material 1: B = 1, A = 1/3, K0 = 0.5.
 class PorePressureTest : public UpdateTest {
@@ -186,6 +181,23 @@ protected:
         slice(1, {0, 4, 4, 0, 2}, {2, 4, 12, 10, 7}, 400.0, 40.0, 10.0, 5.0, 0.0, 30.0, 50.0, 10.0, 0.5, 0.0);
         slice(2, {4, 8, 8, 4, 6}, {4, 6, 13, 12, 9}, 500.0, 0.0, -20.0, -8.0, 30.0, 0.0, 60.0, 0.0, 0.6, 0.01);
     }
+    // The start pressures (the update before the first solution), then one solution with the
+    // given base forces of slices 1 and 2 and the update after it.
+    void updateAfterSolution(double P1, double S1, double P2, double S2) {
+        int conv = -1;
+        UPDATE(0, conv);
+        ASSERT_EQ(MASTER.IERR, 0) << console();
+        SURF.P(1) = P1;
+        SURF.S(1) = S1;
+        SURF.P(2) = P2;
+        SURF.S(2) = S2;
+        UPDATE(1, conv);
+        settled = conv;
+    }
+    // The start excess pressure of a slice: 0.33 of its vertical stress along the base.
+    static double startPressure(double weight, int i) { return kStart * weight / SURF.L34(i); }
+    int settled = -1;
+
     static void slice(int i, std::vector<double> x, std::vector<double> z, double WZ, double WZEXT, double WX,
                       double WM, double U1, double U2, double U3, double C3, double TAN3, double DPAR) {
         for (int k = 1; k <= 5; ++k) {
@@ -209,8 +221,6 @@ protected:
         SURF.DPAR(i) = DPAR;
     }
 };
-
-const double kStart = 0.33f;  // start excess pressure over the vertical stress
 
 // The excess pore pressure after one update, worked by hand: the Mohr circle of the base
 // through the stress point (P, S) / L34 that touches the strength line mobilised by SF, its
@@ -268,18 +278,11 @@ TEST_F(PorePressureTest, TheStartPressuresAreAppliedToFacesBaseAndCentreLoads) {
 }
 
 TEST_F(PorePressureTest, OneUpdateGivesTheHandComputedExcessPressureRelaxedByHalf) {
-    int conv = -1;
-    UPDATE(0, conv);
-    ASSERT_EQ(MASTER.IERR, 0);
-    const double u0First = kStart * 400.0 / SURF.L34(1), u0Second = kStart * 500.0 / SURF.L34(2);
-    // A solution: the base forces of both slices.
-    SURF.P(1) = 300.0;
-    SURF.S(1) = 150.0;
-    SURF.P(2) = 350.0;
-    SURF.S(2) = 160.0;
-    UPDATE(1, conv);
+    updateAfterSolution(300.0, 150.0, 350.0, 160.0);
+    const double u0First = startPressure(400.0, 1);
+    const double u0Second = startPressure(500.0, 2);
     ASSERT_EQ(MASTER.IERR, 0) << console();
-    EXPECT_EQ(conv, 0);
+    EXPECT_EQ(settled, 0);
 
     // Before failure: sigma1 the vertical stress of the weight without the external load,
     // (400 - 40) / 4 = 90 and 500 / 4 = 125, sigma3 = K0 sigma1.
@@ -331,15 +334,9 @@ TEST_F(PorePressureTest, AGeneralSurfaceBringsItsOwnStressesBeforeFailure) {
     }
     SURF.TAN3(2) = 0.0;  // the second base has no friction: sigma1,3 = sigma +- tau
     SURF.C3(2) = 30.0;
-    int conv = -1;
-    UPDATE(0, conv);
-    ASSERT_EQ(MASTER.IERR, 0) << console();
-    const double u0First = kStart * 400.0 / SURF.L34(1), u0Second = kStart * 500.0 / SURF.L34(2);
-    SURF.P(1) = 300.0;
-    SURF.S(1) = 150.0;
-    SURF.P(2) = 350.0;
-    SURF.S(2) = 160.0;
-    UPDATE(1, conv);
+    updateAfterSolution(300.0, 150.0, 350.0, 160.0);
+    const double u0First = startPressure(400.0, 1);
+    const double u0Second = startPressure(500.0, 2);
     ASSERT_EQ(MASTER.IERR, 0) << console();
     double sigma1 = 0.0, sigma3 = 0.0;
     storedState(80.0, 20.0, 10.0 / 0.5, sigma1, sigma3);
@@ -368,15 +365,8 @@ TEST_F(PorePressureTest, StoredStressesAreInterpolatedAtTheSliceMiddle) {
         GENERL.SIGGEN(k, 1) = sigmas[k - 1];
         GENERL.TAUGEN(k, 1) = taus[k - 1];
     }
-    int conv = -1;
-    UPDATE(0, conv);
-    ASSERT_EQ(MASTER.IERR, 0) << console();
-    const double u0First = kStart * 400.0 / SURF.L34(1);
-    SURF.P(1) = 300.0;
-    SURF.S(1) = 150.0;
-    SURF.P(2) = 350.0;
-    SURF.S(2) = 160.0;
-    UPDATE(1, conv);
+    updateAfterSolution(300.0, 150.0, 350.0, 160.0);
+    const double u0First = startPressure(400.0, 1);
     ASSERT_EQ(MASTER.IERR, 0) << console();
     double sigma1 = 0.0, sigma3 = 0.0;
     storedState(80.0, 20.0, 10.0 / 0.5, sigma1, sigma3);
@@ -404,14 +394,8 @@ TEST_F(PorePressureTest, AStoredStressTableThatCannotBeInterpolatedStopsTheUpdat
 TEST_F(PorePressureTest, ABaseWithoutFrictionTakesNoExcessPressure) {
     SURF.TAN3(2) = 0.0;
     SURF.C3(2) = 30.0;
-    int conv = -1;
-    UPDATE(0, conv);
-    const double u0Second = kStart * 500.0 / SURF.L34(2);
-    SURF.P(1) = 300.0;
-    SURF.S(1) = 150.0;
-    SURF.P(2) = 350.0;
-    SURF.S(2) = 160.0;
-    UPDATE(1, conv);
+    updateAfterSolution(300.0, 150.0, 350.0, 160.0);
+    const double u0Second = startPressure(500.0, 2);
     ASSERT_EQ(MASTER.IERR, 0);
     // The new excess pressure is 0; half of the start pressure is left after relaxation.
     EXPECT_NEAR(SURF.U3(2), 60.0 + SURF.L34(2) * 0.5 * u0Second, 1e-9);
@@ -419,27 +403,15 @@ TEST_F(PorePressureTest, ABaseWithoutFrictionTakesNoExcessPressure) {
 
 TEST_F(PorePressureTest, TheExcessPressureStaysBelowTheWeightOverTheWidth) {
     SOLPRP.MAT(BFCT, 1) = 100.0;
-    int conv = -1;
-    UPDATE(0, conv);
-    const double u0First = kStart * 400.0 / SURF.L34(1);
-    SURF.P(1) = 3000.0;
-    SURF.S(1) = 1500.0;
-    SURF.P(2) = 3500.0;
-    SURF.S(2) = 1600.0;
-    UPDATE(1, conv);
+    updateAfterSolution(3000.0, 1500.0, 3500.0, 1600.0);
+    const double u0First = startPressure(400.0, 1);
     // The vertical stress of the weight as built: 400 / 4 = 100.
     EXPECT_NEAR(SURF.U3(1), 50.0 + SURF.L34(1) * 0.5 * (u0First + 100.0), 1e-9);
 }
 
 TEST_F(PorePressureTest, TheTracePrintShowsBothStressStatesOfEveryBase) {
     MASTER.JPRINT = 2;
-    int conv = -1;
-    UPDATE(0, conv);
-    SURF.P(1) = 300.0;
-    SURF.S(1) = 150.0;
-    SURF.P(2) = 350.0;
-    SURF.S(2) = 160.0;
-    UPDATE(1, conv);
+    updateAfterSolution(300.0, 150.0, 350.0, 160.0);
     const std::string text = log();
     EXPECT_NE(text.find("SR/UPDATE TRACE PRINT        ITERATION =    1\n"), std::string::npos) << text;
     EXPECT_NE(text.find("SLICE  SIGMA-V0   SIGMA-N    SIGMA-1   DSIGMA-1    SIGMA-2    PWP-NOW    MAT2\n"
