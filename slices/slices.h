@@ -56,3 +56,12 @@ void WATER(const double* xs, const double* zs, double ZW, double GAMW, double& F
 // these put them back to that start (tests begin a fresh run with them).
 void BUILDRunStart();
 void LOADERRunStart();
+
+// Line control: IOUT = 1 when no slice base of the current surface cuts the polyline of the
+// line control points (the surface is then skipped), else 0.
+void LCONTRL(int& IOUT);
+// Crossing of segment AB with segment CD: the point (XI, ZI) where the lines cross, its
+// fraction T along CD, and IRES 0 parallel (|cross product| < TOL), 1 crossing outside a
+// segment, 2 the segments cross (end points included).
+void LKORS(double XA, double ZA, double XB, double ZB, double XC, double ZC, double XD, double ZD, double TOL,
+           double& XI, double& ZI, double& T, int& IRES);

@@ -15,9 +15,8 @@
 //
 // Routines of later work are not in the program yet; their call sites below are marked with
 // the condition under which they will be called, and the analysis runs as if that condition
-// were off: line control (LCONTRL, more than one line
-// control point), soil nails (NAILS, NNAILS > 0), the direct solution of undrained circles
-// (SUCRCL) and the stress-dependent update (UPDATE).
+// were off: soil nails (NAILS, NNAILS > 0) and the direct solution of undrained circles
+// (SUCRCL).
 //
 // Arguments: NPTS, the number of points of the polyline XS, ZS.
 // Reads:  MASTER.NSLREQ, NTYP, IDTYP, METHOD, BESTSF, BESTE2, NFIN; POSTGRAF.NFCOPY (6 in batch
@@ -214,8 +213,15 @@ void SOLVER(int NPTS) {
         MODIFY();
         if (MASTER.IERR != 0) return;
     }
-    // Line control (LCONTRL) when LINECONTROL.NLCP > 1 (not in the program yet); a surface it
-    // rejects is marked with markSkipped(kScoreLineControl).
+    // With a control line (two points or more) only surfaces that cut it are analysed.
+    if (LINECONTROL.NLCP > 1) {
+        int missed = 0;
+        LCONTRL(missed);
+        if (missed == 1) {
+            markSkipped(kScoreLineControl);
+            return;
+        }
+    }
 
     int rejected = 0;
     BUILD(rejected);
@@ -235,9 +241,17 @@ void SOLVER(int NPTS) {
 
     MASTER.RFACTOR = 1.0;
     for (int iteration = 1;; ++iteration) {
-        // With IUPDAT set, UPDATE(0) gives the initial strengths and pore pressures before
-        // the first solution (not in the program yet).
         if (MASTER.IDTYP == 1) {
+            // With a B-factor the first solution already carries pore pressures: the initial
+            // excess pressures of the update.
+            if (MASTER.IUPDAT != 0 && iteration == 1) {
+                int settled = 0;
+                UPDATE(0, settled);
+                if (MASTER.IERR != 0) {
+                    reportError("UPDATE");
+                    return;
+                }
+            }
             if (!solveSafetyFactor()) return;
         } else {
             if (!solveEarthPressure()) return;
@@ -254,10 +268,15 @@ void SOLVER(int NPTS) {
             if (goOn < 0) return;
             if (goOn == 0) break;
         }
-        // UPDATE(iteration) recomputes stress-dependent strengths and pore pressures and says
-        // whether they have settled (not in the program yet: nothing changes, so the solution
-        // has settled).
-        break;
+        // Stress-dependent friction angles and pore pressures from this solution; another
+        // solution until they have settled.
+        int settled = 0;
+        UPDATE(iteration, settled);
+        if (MASTER.IERR != 0) {
+            reportError("UPDATE");
+            return;
+        }
+        if (settled == 1) break;
     }
 
     keptAsBest();

@@ -56,6 +56,11 @@ void SCORER();
 void SLV123();
 void CHKEQL();
 
+// Stress-dependent friction angles and pore pressures of the current surface: ITER 0 before
+// the first solution (B-factor flag only), else the number of the solution just made; CONV 1
+// when they have settled (or there is nothing to update), 0 when another solution is needed.
+void UPDATE(int ITER, int& CONV);
+
 // Forgets that the note on a failed centre of rotation was given (a new run; tests).
 void resetSlv123Note();
 

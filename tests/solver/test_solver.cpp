@@ -366,19 +366,6 @@ TEST_F(EarthPressureTest, OtherSurfaceTypesKeepTheirParameters) {
     EXPECT_EQ(SURF.SPAR(2), -34.0);  // the start z that the polyline routine stored
 }
 
-// ---------------------------------------------------------------------------------------------
-// The update limit
-// ---------------------------------------------------------------------------------------------
-
-TEST_F(SolverTest, WithoutAnUpdateTheSolutionIsMadeOnceAndNoQuestionIsAsked) {
-    MASTER.IUPDAT = 1;
-    answers("Y\nY\n");
-    solve(kDeep);
-    EXPECT_EQ(MASTER.IERR, 0);
-    EXPECT_EQ(console().find("ITRMAX"), std::string::npos);
-    EXPECT_EQ(MASTER.KBEST, 1);
-}
-
 TEST_F(EarthPressureTest, ASkippedSurfaceKeepsTheGivenSafetyFactor) {
     MASTER.SF = -1.5;
     SOLPRP.MAT(PHIANG, 1) = -0.2;
