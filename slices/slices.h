@@ -49,3 +49,15 @@ void WATER(const double* xs, const double* zs, double ZW, double GAMW, double& F
 // these put them back to that start (tests begin a fresh run with them).
 void BUILDRunStart();
 void LOADERRunStart();
+
+// Undrained circle: solves the circular surface with centre SPAR(1), SPAR(2) directly by the
+// balance of moments about its centre (phi = 0), with the circular segments under the chords.
+void SUCRCL();
+
+// Moment about the circle centre (xc, zc) of the horizontal and vertical loads FX, FZ acting at
+// the load point of slice I and of their own moment M about that point, in the sense of the
+// circle moments: a weight on the left of the centre of a slope that falls to the right gives
+// a negative (driving) moment.
+inline double momentAboutCentre(int I, double xc, double zc, double FX, double FZ, double M) {
+    return -(xc - SURF.XX(5, I)) * FZ - (SURF.ZZ(5, I) - zc) * FX - M;
+}

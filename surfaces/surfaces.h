@@ -20,3 +20,13 @@ void GENSRF(int N, const double* XG, const double* ZG, double XSHIFT, double ZSH
 // Sets the shifts and multipliers that GENRAL offers back to their start values 0, 0, 1, 1
 // (as at program start; tests begin a fresh run with it).
 void resetGenralModifications();
+
+// The polyline X(1..NPTS), Z(1..NPTS) of the circle with centre XC, ZC and radius R: its lower
+// half without the two horizontal end points, prolonged at 45 degrees upward by 100 R at both
+// ends; SPAR(1..3) = XC, ZC, R. NPTS is raised to 5 when smaller and held to 300.
+void CIRSRF(int& NPTS, double XC, double ZC, double R, double* X, double* Z, double* SPAR);
+
+// Sets the values CIRCLE keeps for the whole run (search code, fixed point and level, steps,
+// grid, critical circle) back to their start, as at program start (tests begin a fresh run
+// with it).
+void resetCircleRunState();
