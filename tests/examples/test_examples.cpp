@@ -1,7 +1,8 @@
 // The example problems run in batch mode as the README runs them: each folder's KALMO.INP and
 // SVAR.TMP are copied to a fresh folder and the program is started there. The input is read
 // without a message, the problem type is printed and the run ends normally; the slope example
-// analyses its general surface on the way and shows the safety factor.
+// analyses its general surface on the way and shows the safety factor, the clay example runs a
+// step search of circles and prints its best circle.
 
 #include <gtest/gtest.h>
 
@@ -49,7 +50,8 @@ INSTANTIATE_TEST_SUITE_P(
                                   " ++++ SAFETY FACTOR =", " BEST SURFACE (NUM=           1 SF="}},
                       ExampleRun{"clay",
                                  {"STABILITY/BEARING PROBLEM TYPE", "TOTAL STRESS ANALYSIS",
-                                  "Solution Method : 1 Bishop Simplified"}},
+                                  "Solution Method : 1 Bishop Simplified",
+                                  "  NR  X-CENTER  Z-CENTER  RADIUS SAFETY-FAC SCORE", " BEST SURFACE (NUM="}},
                       ExampleRun{"wall",
                                  {"EARTH PRESSURE PROBLEM TYPE", "EFFECTIVE STRESS ANALYSIS",
                                   "Solution Method : 0 KALMO 1988-2002"}},

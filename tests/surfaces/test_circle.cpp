@@ -13,6 +13,7 @@
 
 #include "io/fmt.h"
 #include "solver/solver_world.h"
+#include "surfaces/circle_checks.h"
 
 using namespace kalmo_test;
 
@@ -130,31 +131,10 @@ void undrainedSlope() {
     SOLPRP.MAT(MAT14, 1) = kUndrained;
 }
 
-// The exact ratio of resisting to driving moment about the centre of a circle through the slope
-// of SolverWorld in undrained clay: the mass between the ground and the true arc, from the
-// point where the arc lies the crack depth below the ground to the point where it leaves the
-// ground on the right, integrated numerically; the resistance is su along the true arc.
+// The exact ratio of resisting to driving moment about the centre of an undrained circle through
+// the slope of SolverWorld (crack depth 0.5 m at its upper end).
 double exactUndrainedRatio(double xc, double zc, double R) {
-    auto arc = [&](double x) { return zc + std::sqrt(std::max(R * R - (x - xc) * (x - xc), 0.0)); };
-    auto bisect = [](const std::function<double(double)>& f, double a, double b) {
-        for (int k = 0; k < 200; ++k) {
-            const double m = 0.5 * (a + b);
-            if ((f(a) < 0.0) == (f(m) < 0.0)) a = m; else b = m;
-        }
-        return 0.5 * (a + b);
-    };
-    const double entry = bisect([&](double x) { return arc(x) - worldGround(x) - kCrackDepth; }, xc - R, xc);
-    const double exit = bisect([&](double x) { return arc(x) - worldGround(x); }, xc + R, xc);
-    // Driving: the weight times its lever arm to the left of the centre, over the mass.
-    const int n = 200000;
-    const double h = (exit - entry) / n;
-    double driving = 0.0;
-    for (int k = 0; k < n; ++k) {
-        const double x = entry + (k + 0.5) * h;
-        driving += kUnitWeight * (xc - x) * (arc(x) - worldGround(x)) * h;
-    }
-    const double angle = std::atan2(arc(entry) - zc, entry - xc) - std::atan2(arc(exit) - zc, exit - xc);
-    return kUndrained * R * R * std::fabs(angle) / driving;
+    return undrainedMomentRatio({xc, zc, R}, worldGround, kCrackDepth, kUndrained, kUnitWeight);
 }
 
 }  // namespace
