@@ -54,6 +54,21 @@ void LOADERRunStart();
 // balance of moments about its centre (phi = 0), with the circular segments under the chords.
 void SUCRCL();
 
+// Sets the interslice forces, their arms, the position of the base force and the roughness of
+// slices 1..numSlices to zero (solutions that use no interslice forces).
+inline void clearInterslice(int numSlices) {
+    for (int i = 1; i <= numSlices; ++i) {
+        SURF.E1(i) = 0.0;
+        SURF.E2(i) = 0.0;
+        SURF.T1(i) = 0.0;
+        SURF.T2(i) = 0.0;
+        SURF.R(i) = 0.0;
+        SURF.H1(i) = 0.0;
+        SURF.H2(i) = 0.0;
+        SURF.H3(i) = 0.0;
+    }
+}
+
 // Moment about the circle centre (xc, zc) of the horizontal and vertical loads FX, FZ acting at
 // the load point of slice I and of their own moment M about that point, in the sense of the
 // circle moments: a weight on the left of the centre of a slope that falls to the right gives

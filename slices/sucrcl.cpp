@@ -80,15 +80,8 @@ void SUCRCL() {
     for (int i = 1; i <= slices; ++i) {
         if (SF != 0.0) SURF.S(i) /= SF;  // no resistance at all: the shears are nought already
         SURF.P(i) = 0.0;
-        SURF.E1(i) = 0.0;
-        SURF.E2(i) = 0.0;
-        SURF.T1(i) = 0.0;
-        SURF.T2(i) = 0.0;
-        SURF.R(i) = 0.0;
-        SURF.H1(i) = 0.0;
-        SURF.H2(i) = 0.0;
-        SURF.H3(i) = 0.0;
     }
+    clearInterslice(slices);
     SURF.SPAR(5) = driving;
     SURF.SPAR(4) = resisting;
     MASTER.ICIRCM = 1;

@@ -307,27 +307,11 @@ bool summaryAndAgain() {
 void showSingleResult() {
     if (MASTER.IDTYP == 1) {
         say("");
-        say(io::Line()
-                .A(" ++++ SAFETY FACTOR =")
-                .F(MASTER.SF, 8, 3)
-                .A("   SCORE =")
-                .F(MASTER.SCORE, 7, 3)
-                .A("   R-FACTOR =")
-                .F(MASTER.RFACTOR, 7, 3)
-                .A("   SURFACE =")
-                .I(MASTER.NUMSRF, 4)
-                .str());
+        say(safetyFactorLine());
         say(io::Line(" STABILIZING AND DRIVING MOMENT =").ES(SURF.SPAR(4), 12, 3).ES(SURF.SPAR(5), 12, 3).str());
         return;
     }
-    const int last = std::clamp(MASTER.NUMSLC, 1, MAXSLC);
-    say(io::Line()
-            .A(" +++++ E2-FRC,T2-FRC,H2,SCORE=")
-            .ES(SURF.E2(last), 12, 3)
-            .ES(SURF.T2(last), 12, 3)
-            .ES(SURF.H2(last), 12, 3)
-            .F(MASTER.SCORE, 7, 3)
-            .str());
+    say(wallForceLine(std::clamp(MASTER.NUMSLC, 1, MAXSLC)));
 }
 
 // A circle whose centre lies at or below the wall foot, turned over: its lowest point and its

@@ -5,6 +5,8 @@
 
 #pragma once
 
+#include <string>
+
 void GENRAL();    // type 1: general surfaces of the input file
 void CIRCLE();    // type 2: circles
 void COMBND();    // type 3: combined circle-and-plane surfaces
@@ -30,3 +32,9 @@ void CIRSRF(int& NPTS, double XC, double ZC, double R, double* X, double* Z, dou
 // grid, critical circle) back to their start, as at program start (tests begin a fresh run
 // with it).
 void resetCircleRunState();
+
+// The result line of a trial surface, " ++++ SAFETY FACTOR =" with the score, R-factor and
+// surface number; in an earth-pressure problem " +++++ E2-FRC,T2-FRC,H2,SCORE=" with the
+// forces on the right face of slice last (1..99) and the score.
+std::string safetyFactorLine();
+std::string wallForceLine(int last);
