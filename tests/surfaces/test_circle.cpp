@@ -548,6 +548,27 @@ TEST_F(CircleTest, AStepSearchCannotLeaveItsField) {
         EXPECT_LE(c.zc, 0.0);
     }
     EXPECT_LE(listed.size(), 81u);
+    // The critical centre lies on the edge of the field, where it stopped.
+    const std::vector<double> summary = summaryValues(console());
+    ASSERT_EQ(summary.size(), 4u);
+    const bool onEdge = summary[0] == 10.0 || summary[0] == 14.0 || summary[1] == -4.0 || summary[1] == 0.0;
+    EXPECT_TRUE(onEdge) << summary[0] << " " << summary[1];
+}
+
+TEST_F(CircleTest, AStepSearchKeepsAFailedCircleAtTheMarkerAndMovesPastIt) {
+    // Circles touching the level z = 8: those centred far enough right stay above the level
+    // ground at z = 10 and miss the soil; they carry 999.99 and are never the lowest.
+    batchMode();
+    answers("2\n0 0 8 20 -8 2\nN\n");
+    CIRCLE();
+    const std::vector<Listed> listed = listedCircles(console());
+    ASSERT_FALSE(listed.empty()) << console();
+    int failed = 0;
+    for (const Listed& c : listed) failed += c.SF == 999.99;
+    EXPECT_GT(failed, 0) << console();
+    const std::vector<double> summary = summaryValues(console());
+    ASSERT_EQ(summary.size(), 4u);
+    EXPECT_LT(summary[3], 999.0);
 }
 
 TEST_F(CircleTest, AStepSearchKeepsTheLowestValueOfItsFieldAsTheBestFactor) {
