@@ -55,6 +55,7 @@ public:
         BEST.SF = 98.0;
         resetSolverRunState();
         resetGenralModifications();
+        resetCircleRunState();
         resetMomeqlDecision();
         resetRoot3Alternation();
         resetSlv123Note();
