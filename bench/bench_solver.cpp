@@ -1,13 +1,17 @@
-// Time of one surface analysis by each solution method, on the layered slope example.
+// Time of one surface analysis by each solution method, on the layered slope example, and of a
+// full grid search of circles on the same slope.
 //
 // The example's input is read once (as a run would read it); every iteration then hands
 // its first general surface to the solver with the method under test, so the times of the
-// methods can be compared as ratios. Run: build/bench/kalmo_bench
+// methods can be compared as ratios. The grid search analyses 100 x 100 centres of circles
+// through the toe with the example's own method and reports the time per circle.
+// Run: build/bench/kalmo_bench
 
 #include <benchmark/benchmark.h>
 
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "input/input.h"
@@ -19,6 +23,8 @@
 namespace {
 
 bool gReady = false;
+int gExampleMethod = 0;
+std::string gFolder;
 
 // The start-up of a run, without the dialogue: constants, channels, the input read.
 bool readExample() {
@@ -49,6 +55,8 @@ bool readExample() {
     MASTER.IERR = 0;
     READ();
     gReady = MASTER.IERR == 0 && MASTER.NUMGEN >= 1;
+    gExampleMethod = MASTER.METHOD;
+    gFolder = folder;
     return gReady;
 }
 
@@ -75,6 +83,40 @@ void analyseGeneralSurface(benchmark::State& state) {
 
 }  // namespace
 
+// A full search of 100 x 100 circle centres (NX = NZ = 99) from x = 30 to 40 and z = -20 to -5,
+// every circle through the toe of the slope (40, 10), with the example's 30 slices and method.
+void searchCircleGrid(benchmark::State& state) {
+    if (!readExample()) {
+        state.SkipWithError("the slope example could not be read");
+        return;
+    }
+    MASTER.METHOD = gExampleMethod;
+    const std::string answers = gFolder + "/ANSWERS.TXT";
+    {
+        std::ofstream out(answers);
+        out << "3\n40 10 0 30 40 -20 -5 99 99\nN\n";
+    }
+    resetCircleRunState();
+    const int before = MASTER.NUMSRF;
+    for (auto _ : state) {
+        MASTER.BESTSF = 1000000.0;
+        io::openOld(8, answers);
+        CIRCLE();
+        benchmark::ClobberMemory();
+    }
+    io::bindNull(8);
+    const double circles = MASTER.NUMSRF - before;
+    if (circles < 1.0) {
+        state.SkipWithError("no circle was analysed");
+        return;
+    }
+    state.counters["circles"] = benchmark::Counter(circles);
+    // Seconds of the search per analysed circle.
+    state.counters["time_per_circle"] = benchmark::Counter(circles, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["critical_SF"] = benchmark::Counter(MASTER.BESTSF);
+}
+
 BENCHMARK(analyseGeneralSurface)->ArgName("method")->DenseRange(-1, 3);
+BENCHMARK(searchCircleGrid)->Iterations(1)->Unit(benchmark::kSecond);
 
 BENCHMARK_MAIN();

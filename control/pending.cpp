@@ -1,6 +1,6 @@
 // control/pending.cpp
 //
-// Stand-ins for routines that are not written yet: CIRCLE and GENRALZI.
+// Stand-ins for routines that are not written yet: GENRALZI.
 // They let the central decision loop run end to end; each is removed from this file as the
 // real routine lands, and the file goes with the last of them.
 //
@@ -29,5 +29,4 @@ void pending(std::string_view routine) {
 
 void setPendingHook(PendingHook hook) { gHook = hook; }
 
-void CIRCLE() { pending("CIRCLE"); }
 void GENRALZI() { pending("GENRALZI"); }

@@ -65,3 +65,30 @@ void LCONTRL(int& IOUT);
 // segment, 2 the segments cross (end points included).
 void LKORS(double XA, double ZA, double XB, double ZB, double XC, double ZC, double XD, double ZD, double TOL,
            double& XI, double& ZI, double& T, int& IRES);
+
+// Undrained circle: solves the circular surface with centre SPAR(1), SPAR(2) directly by the
+// balance of moments about its centre (phi = 0), with the circular segments under the chords.
+void SUCRCL();
+
+// Sets the interslice forces, their arms, the position of the base force and the roughness of
+// slices 1..numSlices to zero (solutions that use no interslice forces).
+inline void clearInterslice(int numSlices) {
+    for (int i = 1; i <= numSlices; ++i) {
+        SURF.E1(i) = 0.0;
+        SURF.E2(i) = 0.0;
+        SURF.T1(i) = 0.0;
+        SURF.T2(i) = 0.0;
+        SURF.R(i) = 0.0;
+        SURF.H1(i) = 0.0;
+        SURF.H2(i) = 0.0;
+        SURF.H3(i) = 0.0;
+    }
+}
+
+// Moment about the circle centre (xc, zc) of the horizontal and vertical loads FX, FZ acting at
+// the load point of slice I and of their own moment M about that point, in the sense of the
+// circle moments: a weight on the left of the centre of a slope that falls to the right gives
+// a negative (driving) moment.
+inline double momentAboutCentre(int I, double xc, double zc, double FX, double FZ, double M) {
+    return -(xc - SURF.XX(5, I)) * FZ - (SURF.ZZ(5, I) - zc) * FX - M;
+}

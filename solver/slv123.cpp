@@ -35,6 +35,7 @@
 #include <cmath>
 
 #include "io/fmt.h"
+#include "slices/slices.h"
 #include "solver/solver.h"
 
 namespace {
@@ -517,16 +518,7 @@ void SLV123() {
     }
     if (method == 1) {
         // The simplified method has no interslice forces at all.
-        for (int i = 1; i <= numSlices; ++i) {
-            SURF.E1(i) = 0.0;
-            SURF.E2(i) = 0.0;
-            SURF.T1(i) = 0.0;
-            SURF.T2(i) = 0.0;
-            SURF.R(i) = 0.0;
-            SURF.H1(i) = 0.0;
-            SURF.H2(i) = 0.0;
-            SURF.H3(i) = 0.0;
-        }
+        clearInterslice(numSlices);
     }
 
     Rotation rot;

@@ -15,8 +15,12 @@
 //
 // Routines of later work are not in the program yet; their call sites below are marked with
 // the condition under which they will be called, and the analysis runs as if that condition
-// were off: soil nails (NAILS, NNAILS > 0) and the direct solution of undrained circles
-// (SUCRCL).
+// were off: soil nails (NAILS, NNAILS > 0).
+//
+// Circles under the 1988-2002 method in a total stress analysis (or through clay only in an
+// effective stress analysis) are solved directly by the moments about their centre (SUCRCL)
+// instead; once a surface has been lifted out of rock, the total stress analysis no longer
+// takes that way for the rest of the run (ITSBLK).
 //
 // Arguments: NPTS, the number of points of the polyline XS, ZS.
 // Reads:  MASTER.NSLREQ, NTYP, IDTYP, METHOD, BESTSF, BESTE2, NFIN; POSTGRAF.NFCOPY (6 in batch
@@ -45,6 +49,7 @@ constexpr double kStartSF = 999.99f;
 constexpr double kMarkerSkippedSF = 99.999f;       // rejected by line control or the load builder
 constexpr double kScoreLineControl = 8.888f;
 constexpr double kScoreLoadBuilder = 7.777f;
+constexpr double kScoreUndrainedCircle = 9.999f;    // solved by the moments about the centre
 constexpr double kDiscardSF = 500.0;               // slice-force methods: above it, no solution
 constexpr int kFirstItrMax = 10;
 constexpr int kBatchCopy = 6;
@@ -57,6 +62,19 @@ int gUndrainedCircles = 0;
 
 void reportError(std::string_view routine) {
     say(io::Line(" **** SR/SOLVER : ERROR FROM SR/").A(routine).Free(MASTER.IERR).str());
+}
+
+// A circle solved directly from the undrained strength (SUCRCL) under the 1988-2002 method: in a
+// total stress analysis while no surface has been lifted out of rock in this run, or in an
+// effective stress analysis when no slice base has friction (the circle cuts through clay
+// only).
+bool undrainedCircle() {
+    if (MASTER.METHOD != 0 || MASTER.NTYP != 2) return false;
+    if (MASTER.IDEFTO == 2) return MASTER.ITSBLK == 0;
+    if (MASTER.IDEFTO != 1) return false;
+    double sumFriction = 0.0;
+    for (int i = 1; i <= MASTER.NUMSLC; ++i) sumFriction += SURF.TAN3(i);
+    return sumFriction < MASTER.EPS;
 }
 
 // A surface skipped by line control or the load builder. In an earth-pressure problem SF is
@@ -235,9 +253,21 @@ void SOLVER(int NPTS) {
     }
 
     // Soil nail forces (NAILS) when ISNAIL.NNAILS > 0 (not in the program yet).
-    // Undrained circles (NTYP = 2, METHOD = 0, and IDEFTO = 2 with ITSBLK = 0, or IDEFTO = 1
-    // with no friction on any base) are solved directly by SUCRCL (not in the program yet);
-    // they go through the solution below.
+
+    if (undrainedCircle()) {
+        // Solved directly by the moments about the centre: no equilibrium check, no update.
+        gUndrainedCircles += 1;
+        if (gUndrainedCircles == 1 && MASTER.IDEFTO == 1) say(" Total stress analysis used for circles that cut through clay only");
+        MASTER.RFACTOR = 1.0;
+        SUCRCL();
+        if (MASTER.IERR != 0) {
+            reportError("SUCRCL");
+            return;
+        }
+        MASTER.SCORE = kScoreUndrainedCircle;
+        keptAsBest();
+        return;
+    }
 
     MASTER.RFACTOR = 1.0;
     for (int iteration = 1;; ++iteration) {

@@ -59,28 +59,13 @@ bool readSurfaceChoice() {
 void showResult() {
     if (MASTER.IDTYP == 1) {
         say("");
-        say(io::Line()
-                .A(" ++++ SAFETY FACTOR =")
-                .F(MASTER.SF, 8, 3)
-                .A("   SCORE =")
-                .F(MASTER.SCORE, 7, 3)
-                .A("   R-FACTOR =")
-                .F(MASTER.RFACTOR, 7, 3)
-                .A("   SURFACE =")
-                .I(MASTER.NUMSRF, 4)
-                .str());
+        say(safetyFactorLine());
         return;
     }
     const int last = MASTER.NUMSLC;
     if (last < 1 || last > MAXSLC) return;
     io::writeLine(MASTER.NFOUT, "");
-    io::writeLine(MASTER.NFOUT, io::Line()
-                                    .A(" +++++ E2-FRC,T2-FRC,H2,SCORE=")
-                                    .ES(SURF.E2(last), 12, 3)
-                                    .ES(SURF.T2(last), 12, 3)
-                                    .ES(SURF.H2(last), 12, 3)
-                                    .F(MASTER.SCORE, 7, 3)
-                                    .str());
+    io::writeLine(MASTER.NFOUT, wallForceLine(last));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "records.h"
+#include <string>
 
 void GENRAL();    // type 1: general surfaces of the input file
 void CIRCLE();    // type 2: circles
@@ -39,3 +40,19 @@ void COMLOW(double XLEFT, double XRGHT, double ZBOTM, double XC, double ZC, doub
 // Forgets the combined-surface input of the run (all values 0, as at program start; tests
 // begin a fresh run with it).
 void resetCombndValues();
+
+// The polyline X(1..NPTS), Z(1..NPTS) of the circle with centre XC, ZC and radius R: its lower
+// half without the two horizontal end points, prolonged at 45 degrees upward by 100 R at both
+// ends; SPAR(1..3) = XC, ZC, R. NPTS is raised to 5 when smaller and held to 300.
+void CIRSRF(int& NPTS, double XC, double ZC, double R, double* X, double* Z, double* SPAR);
+
+// Sets the values CIRCLE keeps for the whole run (search code, fixed point and level, steps,
+// grid, critical circle) back to their start, as at program start (tests begin a fresh run
+// with it).
+void resetCircleRunState();
+
+// The result line of a trial surface, " ++++ SAFETY FACTOR =" with the score, R-factor and
+// surface number; in an earth-pressure problem " +++++ E2-FRC,T2-FRC,H2,SCORE=" with the
+// forces on the right face of slice last (1..99) and the score.
+std::string safetyFactorLine();
+std::string wallForceLine(int last);

@@ -1,8 +1,8 @@
 // CONTRL: start-up, the checks after reading, the central decision point with its print and
-// save bookkeeping, and the end of the run. The input reader is a test double here
-// (read_double.h) and the routines of later work are stand-ins; through their hooks a test
-// fills the problem (READ) and plays the solver's part for a surface routine (a counted
-// surface, kept as the best when it is better). The result print is the real one: its summary
+// save bookkeeping, and the end of the run. The input reader and the circle routine are test
+// doubles here (read_double.h, circle_double.h) and the routines of later work are stand-ins;
+// through their hooks a test fills the problem (READ) and plays the solver's part for a
+// surface routine (a counted surface, kept as the best when it is better). The result print is the real one: its summary
 // headers in the result file show which surface was printed.
 
 #include <gtest/gtest.h>
@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "control/circle_double.h"
 #include "control/control.h"
 #include "control/pending_hook.h"
 #include "control/read_double.h"
@@ -131,12 +132,14 @@ protected:
         gStage = Stage();
         setPendingHook(&hook);
         setReadDoubleHook(&hook);
+        setCircleDoubleHook(&hook);
         io::setStdoutStream(&screen_);
         io::setStdinText("");  // never the real standard input
     }
     void TearDown() override {
         setPendingHook(nullptr);
         setReadDoubleHook(nullptr);
+        setCircleDoubleHook(nullptr);
         gStage = Stage();
         setClockOverride(nullptr);
         resetRunClock();

@@ -2,7 +2,8 @@
 // SVAR.TMP are copied to a fresh folder and the program is started there. The input is read
 // without a message, the problem type is printed and the run ends normally; the slope example
 // analyses its general surface on the way and shows the safety factor, the wall example sweeps
-// its earth-pressure planes and prints the critical one (the 18th plane, 62 degrees).
+// its earth-pressure planes and prints the critical one (the 18th plane, 62 degrees), the clay
+// example runs a step search of circles and prints its best circle.
 
 #include <gtest/gtest.h>
 
@@ -50,7 +51,8 @@ INSTANTIATE_TEST_SUITE_P(
                                   " ++++ SAFETY FACTOR =", " BEST SURFACE (NUM=           1 SF="}},
                       ExampleRun{"clay",
                                  {"STABILITY/BEARING PROBLEM TYPE", "TOTAL STRESS ANALYSIS",
-                                  "Solution Method : 1 Bishop Simplified"}},
+                                  "Solution Method : 1 Bishop Simplified",
+                                  "  NR  X-CENTER  Z-CENTER  RADIUS SAFETY-FAC SCORE", " BEST SURFACE (NUM="}},
                       ExampleRun{"wall",
                                  {"EARTH PRESSURE PROBLEM TYPE", "EFFECTIVE STRESS ANALYSIS",
                                   "Solution Method : 0 KALMO 1988-2002",

@@ -57,6 +57,7 @@ public:
         resetGenralModifications();
         resetPlaneCritical();
         resetCombndValues();
+        resetCircleRunState();
         resetMomeqlDecision();
         resetRoot3Alternation();
         resetSlv123Note();

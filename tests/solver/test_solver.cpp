@@ -398,3 +398,74 @@ TEST_F(EarthPressureTest, AFailedSurfaceKeepsTheGivenSafetyFactor) {
     EXPECT_NE(MASTER.IERR, 0);
     EXPECT_EQ(MASTER.SF, 0.8);
 }
+
+// ---------------------------------------------------------------------------------------------
+// The total-stress-circle route
+// ---------------------------------------------------------------------------------------------
+
+namespace {
+
+// A toe circle of the slope of SolverWorld, centre (10, -5), through (20, 10), 20 slices.
+void solveToeCircle() {
+    MASTER.NTYP = 2;
+    MASTER.NSLREQ = 20;
+    int points = 61;
+    CIRSRF(points, 10.0, -5.0, std::sqrt(325.0), SURF.XS.data(), SURF.ZS.data(), SURF.SPAR.data());
+    SOLVER(points);
+}
+
+}  // namespace
+
+TEST_F(SolverTest, ATotalStressCircleUnderTheNineteenEightyEightMethodIsSolvedByItsMoments) {
+    MASTER.IDEFTO = 2;
+    MASTER.METHOD = 0;
+    SOLPRP.MAT(MAT14, 1) = 30.0;
+    solveToeCircle();
+    ASSERT_EQ(MASTER.IERR, 0) << console();
+    EXPECT_EQ(MASTER.SCORE, static_cast<double>(9.999f));
+    EXPECT_EQ(MASTER.RFACTOR, 1.0);
+    EXPECT_EQ(MASTER.ICIRCM, 1);
+    EXPECT_NEAR(MASTER.SF, SURF.SPAR(4) / -SURF.SPAR(5), 1e-12);
+    EXPECT_EQ(IBES.NUMSRF, 1);  // a candidate for the best surface like any other
+    EXPECT_EQ(console(), "");   // the note is for effective stress analyses only
+}
+
+TEST_F(SolverTest, ATotalStressCircleUnderAnotherMethodGoesThroughTheSolution) {
+    MASTER.IDEFTO = 2;
+    MASTER.METHOD = 1;
+    SOLPRP.MAT(MAT14, 1) = 30.0;
+    solveToeCircle();
+    ASSERT_EQ(MASTER.IERR, 0);
+    EXPECT_NE(MASTER.SCORE, static_cast<double>(9.999f));
+    EXPECT_EQ(MASTER.ICIRCM, 0);
+}
+
+TEST_F(SolverTest, AfterASurfaceLiftedOutOfRockTotalStressCirclesAreSolvedTheOrdinaryWay) {
+    MASTER.IDEFTO = 2;
+    MASTER.METHOD = 0;
+    MASTER.R1 = MASTER.R2 = MASTER.R3 = 0.3;
+    SOLPRP.MAT(MAT14, 1) = 30.0;
+    MASTER.ITSBLK = 1;
+    solveToeCircle();
+    EXPECT_NE(MASTER.SCORE, static_cast<double>(9.999f));
+    EXPECT_EQ(MASTER.ICIRCM, 0);
+}
+
+TEST_F(SolverTest, AnEffectiveStressCircleThroughClayOnlyIsSolvedByItsMomentsWithANoteOnce) {
+    batchMode();
+    MASTER.METHOD = 0;
+    SOLPRP.MAT(PHIANG, 1) = 0.0;
+    solveToeCircle();
+    ASSERT_EQ(MASTER.IERR, 0) << console();
+    EXPECT_EQ(MASTER.SCORE, static_cast<double>(9.999f));
+    const std::string note = " Total stress analysis used for circles that cut through clay only\n";
+    EXPECT_EQ(console(), note);
+    EXPECT_EQ(copy(), note);
+    solveToeCircle();
+    EXPECT_EQ(occurrences(console(), note), 1);
+    // With friction on the bases the circle is solved the ordinary way.
+    SOLPRP.MAT(PHIANG, 1) = 0.5;
+    MASTER.R1 = MASTER.R2 = MASTER.R3 = 0.3;
+    solveToeCircle();
+    EXPECT_NE(MASTER.SCORE, static_cast<double>(9.999f));
+}
