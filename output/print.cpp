@@ -6,9 +6,10 @@
 // the two title lines, the summary header with safety factor and score, a line that describes
 // the surface by its type and parameters, the solution method, and two lines per slice with
 // geometry, total forces, interslice and base forces (or stresses), roughness, the relative
-// arms H2/Z23 and H3/L34 and a count of suspicious values. Printing the best surface first
-// restores it into the current surface records (the slice failure modes excepted), so the
-// best surface becomes the current one; the caller's print states say so.
+// arms H2/Z23 and H3/L34 and a count of suspicious values; with soil nails the nail table
+// follows on a new page. Printing the best surface first restores it into the current surface
+// records (the slice failure modes excepted), so the best surface becomes the current one; the
+// caller's print states say so.
 //
 // Reads:  MASTER.KBEST, KLAST, NUMSRF, NTYP, NUMSLC, JSTRES, JPLOT, IDEFTO, METHOD, EPS,
 //         NF16, NFOUT; POSTGRAF.NFCOPY; TEXT.TITLE, VERSION; SURF (SPAR, corners XX/ZZ and the
@@ -268,7 +269,9 @@ void PRINT() {
     }
 
     // The sketches of the surface (PLOT with surfaceNumber, surfaceType and sliceCount, when
-    // JPLOT != 0) and the soil nail tables (NAILSP, when NNAILS > 0) end the print. Neither
-    // routine is part of the program yet: the print ends here as if JPLOT were 0 and there
-    // were no nails.
+    // JPLOT != 0) come here; PLOT is not part of the program yet: the print goes on as if
+    // JPLOT were 0.
+
+    // The soil nail table ends the print.
+    if (ISNAIL.NNAILS > 0) NAILSP();
 }

@@ -49,3 +49,9 @@ void WATER(const double* xs, const double* zs, double ZW, double GAMW, double& F
 // these put them back to that start (tests begin a fresh run with them).
 void BUILDRunStart();
 void LOADERRunStart();
+
+// Soil nail forces on the slices of the current surface (NPT points of XS, ZS) and the results
+// of every nail. NAILSRunStart clears the run's count of nails reported for crossing a surface
+// more than once (a run reports at most 24).
+void NAILS(int NPT);
+void NAILSRunStart();

@@ -16,8 +16,9 @@
 // Routines of later work are not in the program yet; their call sites below are marked with
 // the condition under which they will be called, and the analysis runs as if that condition
 // were off: slice modification (MODIFY, IDMOD = 1), line control (LCONTRL, more than one line
-// control point), soil nails (NAILS, NNAILS > 0), the direct solution of undrained circles
-// (SUCRCL) and the stress-dependent update (UPDATE).
+// control point), the direct solution of undrained circles (SUCRCL) and the stress-dependent
+// update (UPDATE). With soil nails (NNAILS > 0) their forces are added to the slices after the
+// slice loads, for every type of surface.
 //
 // Arguments: NPTS, the number of points of the polyline XS, ZS.
 // Reads:  MASTER.NSLREQ, NTYP, IDTYP, METHOD, BESTSF, BESTE2, NFIN; POSTGRAF.NFCOPY (6 in batch
@@ -210,7 +211,12 @@ void SOLVER(int NPTS) {
         return;
     }
 
-    // Soil nail forces (NAILS) when ISNAIL.NNAILS > 0 (not in the program yet).
+    // Soil nail forces; NAILS has written its own message when it fails.
+    if (ISNAIL.NNAILS > 0) {
+        NAILS(NPTS);
+        if (MASTER.IERR != 0) return;
+    }
+
     // Undrained circles (NTYP = 2, METHOD = 0, and IDEFTO = 2 with ITSBLK = 0, or IDEFTO = 1
     // with no friction on any base) are solved directly by SUCRCL (not in the program yet);
     // they go through the solution below.
