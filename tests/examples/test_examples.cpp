@@ -1,7 +1,7 @@
 // The example problems run in batch mode as the README runs them: each folder's KALMO.INP and
 // SVAR.TMP are copied to a fresh folder and the program is started there. The input is read
-// without a message, the problem type is printed and the run ends normally; the slope example
-// analyses its general surface on the way and shows the safety factor.
+// without a message, the problem type is printed and the run ends normally; the slope and nails
+// examples analyse their general surface on the way and show the safety factor.
 
 #include <gtest/gtest.h>
 
@@ -55,7 +55,8 @@ INSTANTIATE_TEST_SUITE_P(
                                   "Solution Method : 0 KALMO 1988-2002"}},
                       ExampleRun{"nails",
                                  {"STABILITY/BEARING PROBLEM TYPE", "EFFECTIVE STRESS ANALYSIS",
-                                  "Solution Method : 2 Bishop Modified", "4 SOIL NAILS"}}),
+                                  "Solution Method : 2 Bishop Modified", "4 SOIL NAILS", " ++++ SAFETY FACTOR =",
+                                  " BEST SURFACE (NUM=           1 SF="}}),
     [](const ::testing::TestParamInfo<ExampleRun>& info) { return std::string(info.param.folder); });
 
 }  // namespace
