@@ -6,10 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "input/read_deck.h"
 #include "io/channels.h"
 #include "output/output.h"
 #include "records.h"
@@ -19,13 +19,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-Lines splitLines(const std::string& text) {
-    Lines lines;
-    std::string line;
-    std::istringstream in(text);
-    while (std::getline(in, line)) lines.push_back(line);
-    return lines;
-}
+using kalmo_test::splitLines;
 
 class NailPrint : public ::testing::Test {
 protected:
