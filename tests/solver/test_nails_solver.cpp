@@ -162,3 +162,25 @@ TEST_F(NailedSlope, ANailErrorEndsTheSurfaceWithoutAWordFromTheDriver) {
     EXPECT_EQ(console().find("SR/SOLVER"), std::string::npos);
     EXPECT_EQ(MASTER.KBEST, 0);
 }
+
+TEST_F(NailedSlope, ARestoredBestSurfaceCarriesTheNailMomentsOfTheSurfaceAnalysedLast) {
+    horizontalNail(1, 3.0, 80.0);
+    horizontalNail(2, 5.0, 80.0);
+    solve(kPlane);
+    ASSERT_EQ(MASTER.KBEST, 1);
+    const SurfRecord plane = SURF;
+    MASTER.BESTSF = 0.0;  // nothing beats the plane from now on
+    solve(kCurved);
+    ASSERT_EQ(MASTER.IERR, 0) << console();
+    const SurfRecord curved = SURF;
+    bool differ = false;
+    for (int I = 1; I <= MAXSLC; ++I) differ = differ || curved.SNM(I) != plane.SNM(I);
+    ASSERT_TRUE(differ);
+
+    RSTBST();
+    for (int I = 1; I <= MASTER.NUMSLC; ++I) {
+        EXPECT_EQ(SURF.SNX(I), plane.SNX(I)) << I;  // the plane's loads come back
+        EXPECT_EQ(SURF.SNZ(I), plane.SNZ(I)) << I;
+        EXPECT_EQ(SURF.SNM(I), curved.SNM(I)) << I;  // the moments stay those of the curve
+    }
+}
