@@ -322,6 +322,20 @@ struct SnailsRecord {
     Arr2<double, MAXNAI, NNAILR> SN;
 };
 
+// Places of the values of one soil nail: SNAILS.SN(i, k) and ISNAIL.INAIL(i, k). The first end
+// of a nail is its head, the second its tip. The results hold for the surface analysed last
+// (or, after a restore, for the best surface): total and active length, the axial force at the
+// shear surface (negative in tension) and the lateral force, both per nail (not per length of
+// the section); the direction flag (+1 compression, -1 tension, 2 several crossings), the
+// failure mode code (-1 de-activated, 0 no intersection, 1..4 pull-out, 5 yielding) and the
+// slice crossed.
+enum NailValue {
+    SNXH = 1, SNZH = 2, SNXT = 3, SNZT = 4, SNCC = 5, SNDIA = 6, SNTAUT = 7, SNTAUC = 8, SNLF = 9,
+    SNFY = 10, SNFL = 11, SNFH = 12, SNV1 = 13, SNV2 = 14, SNV3 = 15,
+    SNLTOT = 16, SNLACT = 17, SNFAX = 18, SNFLAT = 19
+};
+enum NailResult { SNDIR = 1, SNMODE = 2, SNSLC = 3 };
+
 // ---------------------------------------------------------------------------------------------
 // Current surface and its slices, scratch, best surface
 // ---------------------------------------------------------------------------------------------

@@ -1,6 +1,6 @@
 // output/output.h
 //
-// Output: the result print of the last or the best surface, its sketches, and the
+// Output: the result print of the last or the best surface, its sketches, its nail table and the
 // post-processor file.
 
 #pragma once
@@ -12,3 +12,4 @@ void POST();   // save for the post processor (KALMO.PLT)
 void PLOT(int NUMSRF, int NTYP, int NS);
 // A new page on channel nf: the page top line, an empty line and the two title lines.
 void PAGHED(int nf);
+void NAILSP();  // soil nail table of the result print (channel NF16)

@@ -6,9 +6,10 @@
 // the two title lines, the summary header with safety factor and score, a line that describes
 // the surface by its type and parameters, the solution method, and two lines per slice with
 // geometry, total forces, interslice and base forces (or stresses), roughness, the relative
-// arms H2/Z23 and H3/L34 and a count of suspicious values. Printing the best surface first
-// restores it into the current surface records (the slice failure modes excepted), so the
-// best surface becomes the current one; the caller's print states say so.
+// arms H2/Z23 and H3/L34 and a count of suspicious values; with soil nails the nail table
+// follows on a new page. Printing the best surface first restores it into the current surface
+// records (the slice failure modes excepted), so the best surface becomes the current one; the
+// caller's print states say so.
 //
 // Reads:  MASTER.KBEST, KLAST, NUMSRF, NTYP, NUMSLC, JSTRES, JPLOT, IDEFTO, METHOD, EPS,
 //         NF16, NFOUT; POSTGRAF.NFCOPY; TEXT.TITLE, VERSION; SURF (SPAR, corners XX/ZZ and the
@@ -269,6 +270,6 @@ void PRINT() {
 
     if (MASTER.JPLOT != 0) PLOT(surfaceNumber, surfaceType, sliceCount);
 
-    // The soil nail tables (NAILSP, when NNAILS > 0) end the print. That routine is not part
-    // of the program yet: the print ends here as if there were no nails.
+    // The soil nail table ends the print.
+    if (ISNAIL.NNAILS > 0) NAILSP();
 }

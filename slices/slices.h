@@ -92,3 +92,9 @@ inline void clearInterslice(int numSlices) {
 inline double momentAboutCentre(int I, double xc, double zc, double FX, double FZ, double M) {
     return -(xc - SURF.XX(5, I)) * FZ - (SURF.ZZ(5, I) - zc) * FX - M;
 }
+
+// Soil nail forces on the slices of the current surface (NPT points of XS, ZS) and the results
+// of every nail. NAILSRunStart clears the run's count of nails reported for crossing a surface
+// more than once (a run reports at most 24).
+void NAILS(int NPT);
+void NAILSRunStart();

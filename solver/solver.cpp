@@ -13,9 +13,8 @@
 // competes. In an earth-pressure problem SF is the safety factor the user gave for the search:
 // the driver neither starts it afresh nor marks it, so every surface of the search uses it.
 //
-// Routines of later work are not in the program yet; their call sites below are marked with
-// the condition under which they will be called, and the analysis runs as if that condition
-// were off: soil nails (NAILS, NNAILS > 0).
+// With soil nails (NNAILS > 0) their forces are added to the slices after the slice loads, for
+// every type of surface.
 //
 // Circles under the 1988-2002 method in a total stress analysis (or through clay only in an
 // effective stress analysis) are solved directly by the moments about their centre (SUCRCL)
@@ -252,7 +251,11 @@ void SOLVER(int NPTS) {
         return;
     }
 
-    // Soil nail forces (NAILS) when ISNAIL.NNAILS > 0 (not in the program yet).
+    // Soil nail forces; NAILS has written its own message when it fails.
+    if (ISNAIL.NNAILS > 0) {
+        NAILS(NPTS);
+        if (MASTER.IERR != 0) return;
+    }
 
     if (undrainedCircle()) {
         // Solved directly by the moments about the centre: no equilibrium check, no update.

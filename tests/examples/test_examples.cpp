@@ -1,9 +1,9 @@
 // The example problems run in batch mode as the README runs them: each folder's KALMO.INP and
 // SVAR.TMP are copied to a fresh folder and the program is started there. The input is read
-// without a message, the problem type is printed and the run ends normally; the slope example
-// analyses its general surface on the way and shows the safety factor, the wall example sweeps
-// its earth-pressure planes and prints the critical one (the 18th plane, 62 degrees), the clay
-// example runs a step search of circles and prints its best circle.
+// without a message, the problem type is printed and the run ends normally; the slope and nails
+// examples analyse their general surface on the way and show the safety factor, the wall example
+// sweeps its earth-pressure planes and prints the critical one (the 18th plane, 62 degrees), the
+// clay example runs a step search of circles and prints its best circle.
 
 #include <gtest/gtest.h>
 
@@ -59,7 +59,8 @@ INSTANTIATE_TEST_SUITE_P(
                                   " BEST SURFACE (NUM=          18 SF=   1.000000    ) IS PRINTED"}},
                       ExampleRun{"nails",
                                  {"STABILITY/BEARING PROBLEM TYPE", "EFFECTIVE STRESS ANALYSIS",
-                                  "Solution Method : 2 Bishop Modified", "4 SOIL NAILS"}},
+                                  "Solution Method : 2 Bishop Modified", "4 SOIL NAILS", " ++++ SAFETY FACTOR =",
+                                  " BEST SURFACE (NUM=           1 SF="}},
                       ExampleRun{"footing",
                                  {"STABILITY/BEARING PROBLEM TYPE", "TOTAL STRESS ANALYSIS",
                                   "Solution Method : -1 Force Equilibrium", " BEST SURFACE (NUM=          22 SF=  0.898"}}),

@@ -668,6 +668,34 @@ TEST_F(Print, NoSolvedSurfaceIsRefused) {
     EXPECT_EQ(MASTER.IERR, 0);
 }
 
+TEST_F(Print, WithNailsTheNailTableEndsThePrintOnANewPage) {
+    ISNAIL.NNAILS = 1;
+    SNAILS.SN(1, SNLTOT) = 8.0;
+    ISNAIL.INAIL(1, SNMODE) = 0;
+    PRINT();
+    const Lines nailTable{kPageTop,
+                          "",
+                          " Nail   Total   Active  Forces at shear surface   Slice   Failure mode",
+                          "  no.   length  length    Axially   Laterally    intsctn",
+                          " ",
+                          "   1     8.000   0.000   0.000E+00  0.000E+00      00     No intersection     "};
+    Lines expected = headLines("    1.250", "   7", "    0.125") +
+                     Lines{"",
+                           " SURFACE TYPE = GENERAL" + blanks(8) + "X-START   Z-START" + "     X-END    Z-END",
+                           blanks(26) + "     10.000" + "     2.000" + "     22.000" + "    1.000"} +
+                     methodLines("Force Equilibrium / EFFECTIVE STRESS ANALYSIS") + forceHeadings() + forceSliceLines() +
+                     nailTable;
+    EXPECT_EQ(result(), expected);
+}
+
+TEST_F(Print, AGeometryErrorLeavesOutTheNailTable) {
+    ISNAIL.NNAILS = 1;
+    SURF.XX(3, 2) = 14.0;  // X3 = X4 = 14
+    PRINT();
+    EXPECT_EQ(MASTER.IERR, 1);
+    EXPECT_EQ(io::contents(16).find("Failure mode"), std::string::npos);
+}
+
 TEST_F(Print, SliceWithoutBaseWidthStopsThePrint) {
     SURF.XX(3, 2) = 14.0;  // X3 = X4 = 14
     PRINT();

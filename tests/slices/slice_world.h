@@ -58,6 +58,7 @@ public:
 
         BUILDRunStart();
         LOADERRunStart();
+        NAILSRunStart();
     }
     ~SliceWorld() { io::resetAll(); }
 
