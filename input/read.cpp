@@ -31,6 +31,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -263,7 +264,10 @@ bool controlSection() {
     if (!readRecord(1320, MASTER.NEGEOK)) return false;
     if (!readRecord(1350, MASTER.JPRINT)) return false;
     if (!readRecord(1360, MASTER.JSTRES)) return false;
-    MASTER.JSTRES = std::abs(MASTER.JSTRES);
+    // The most negative integer has no positive counterpart: it becomes the largest one, which
+    // the run then limits to 1..2 like any other large value.
+    MASTER.JSTRES = MASTER.JSTRES == std::numeric_limits<int>::min() ? std::numeric_limits<int>::max()
+                                                                     : std::abs(MASTER.JSTRES);
     if (!readRecord(1370, MASTER.JPLOT)) return false;
     if (!readRecord(1400, MASTER.E2TOL)) return false;
     if (!readRecord(1450, MASTER.CRTSCR)) return false;
