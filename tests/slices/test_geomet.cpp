@@ -783,6 +783,10 @@ TEST_F(GeometLayers, SplittingBeyondNinetyNineSlicesIsCode299) {
     layer({0.95 * 15.0 / MAXSLC});
     run(MAXSLC);
     EXPECT_EQ(MASTER.IERR, 299);
+    // The code alone does not tell the user that the slice count asked for is the cause.
+    const std::string line = " **** SR/GEOMET : MORE THAN 99 SLICES AFTER SPLITTING AT LAYER BOUNDARIES , GIVE FEWER SLICES\n";
+    EXPECT_TRUE(has(console(), line)) << console();
+    EXPECT_TRUE(has(copy(), line));
 }
 
 TEST_F(GeometLayers, TracePrintsGoToTheLogFile) {
