@@ -404,8 +404,11 @@ bool materialSection(int highestMaterial) {
     if (io::decodeFixedInt(std::string_view(line).substr(0, 5), first) &&
         io::decodeFixedInt(std::string_view(line).substr(5, 5), second) &&
         io::decodeFixedInt(std::string_view(line).substr(10, 5), third)) {
-        POSTGRAF.NOPT1 = second;
-        POSTGRAF.NOPT2 = third;
+        // Deliberately unlike a plain decode, a grid size left blank (0) or below 1 means the
+        // default: a grid of no columns or rows covers no area, and every slice would then fail
+        // its area check with a message that does not point at this line.
+        if (second >= 1) POSTGRAF.NOPT1 = second;
+        if (third >= 1) POSTGRAF.NOPT2 = third;
     }
 
     if (materials < highestMaterial) {
