@@ -108,11 +108,13 @@ bool readRecord(int id, Values&... values) {
 }
 
 // Reads `count` values into one record's reader: the first `room` go to `values`, the rest
-// are read and dropped. A count beyond the array therefore never writes outside it.
+// are read and dropped. A count beyond the array therefore never writes outside it, and a
+// huge count given with a repeat item ("2000000000*1.0") is dropped in one step.
 template <typename T>
 void readList(io::FreeReader& reader, T* values, int count, int room) {
-    T dropped{};
-    for (int k = 0; k < count && reader.ok(); ++k) reader(k < room ? values[k] : dropped);
+    const int stored = count < room ? count : room;
+    for (int k = 0; k < stored && reader.ok(); ++k) reader(values[k]);
+    if (count > stored) reader.drop<T>(count - stored);
 }
 
 // Reads a heading or other text line; the end of the data is reported under `id`.
