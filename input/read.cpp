@@ -63,8 +63,6 @@ double weightFactor = 1.0;
 // past the end of the file, with a hint at what may be missing.
 bool readingSurfaces = false;
 
-bool batchMode() { return POSTGRAF.NFCOPY == 6; }
-
 void formatError(int id) {
     say(io::Line().A(" **** SR/READ - INPUT FILE FORMAT ERROR - ID=").Free(id).str());
     MASTER.IERR = id;

@@ -475,7 +475,7 @@ void GEOMET(int nsp, int npt, int& numslc, int nslreq, int idtyp, const Arr1<dou
     }
     if (ierr != 0) {
         // In batch mode nobody can answer; interactively the user decides on the profile.
-        if (POSTGRAF.NFCOPY == 6) {
+        if (batchMode()) {
             if (ierr != 1 && ierr != 2) say(io::Line(" **** SR/GEOMET PROBLEM  IERR=").Free(ierr).str());
             return;
         }

@@ -273,7 +273,7 @@ bool crackWaterThrust() {
 
 }  // namespace
 
-void LOADERRunStart() { gNonHorizontalWarnings = 0; }
+void resetLoaderWaterWarnings() { gNonHorizontalWarnings = 0; }
 
 void LOADER(int I) {
     MASTER.IERR = 0;

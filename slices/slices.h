@@ -45,7 +45,7 @@ void STRIP(const double* xs, const double* zs, double XA, double XB, double QA, 
 void WATER(const double* xs, const double* zs, double ZW, double GAMW, double& FX, double& FZ, double& M);
 
 // Run-long state of the load builder: the remembered answer of the negative-weight question
-// and the count of reported non-horizontal water tables. A run starts with both cleared;
-// these put them back to that start (tests begin a fresh run with them).
-void BUILDRunStart();
-void LOADERRunStart();
+// (BUILD) and the count of reported non-horizontal water tables (LOADER). A run starts with
+// both cleared; these put them back to that start (called by startRun).
+void resetBuildWarningAnswer();
+void resetLoaderWaterWarnings();

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "control/control.h"
 #include "io/channels.h"
 #include "records.h"
 #include "slices/slices.h"
@@ -70,17 +71,13 @@ class Geomet : public ::testing::Test {
 protected:
     void SetUp() override {
         io::resetAll();
-        clearRecords();
-        MASTER.NFIN = 8;
-        MASTER.NFOUT = 12;
-        MASTER.NF18 = 18;
+        startRun();
         POSTGRAF.NFCOPY = 9;
         ASSERT_EQ(io::openNew(12, dir_.path("CONSOLE.TXT")), 0);
         ASSERT_EQ(io::openNew(9, dir_.path("COPY.TXT")), 0);
         ASSERT_EQ(io::openNew(18, dir_.path("KALMO.LOG")), 0);
         MASTER.IDTYP = 1;
         MASTER.NTYP = 2;
-        ISUR.NSRFCP = NSURFCOPY;
     }
     void TearDown() override {
         io::setStdoutStream(nullptr);

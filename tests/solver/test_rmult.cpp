@@ -65,8 +65,6 @@ class RmultTest : public ::testing::Test {
 protected:
     void SetUp() override {
         freshRun(dir);
-        resetMomeqlDecision();
-        resetRoot3Alternation();
         MASTER.R1 = 0.5;  // interslice roughness given: no question from the moment solution
         MASTER.METHOD = 0;
     }
@@ -227,8 +225,6 @@ TEST_F(RmultTest, ScoreBelowTheCriticalScoreEndsTheSearchAtOnce) {
     while (!(all[accepted].score < critical)) ++accepted;
 
     freshRun(dir);
-    resetMomeqlDecision();
-    resetRoot3Alternation();
     MASTER.R1 = 0.5;
     MASTER.METHOD = 0;
     setSlopeSurface(8.0, std::tan(28.0 * kDegree), 0.4);
