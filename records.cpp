@@ -67,6 +67,8 @@ void clearRecords() {
     TEXT.VERSION.set("");
 }
 
+bool batchMode() { return POSTGRAF.NFCOPY == kBatchCopyChannel; }
+
 void say(std::string_view text) {
     io::writeLine(MASTER.NFOUT, text);
     io::writeLine(POSTGRAF.NFCOPY, text);

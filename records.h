@@ -448,6 +448,13 @@ extern BestRecord BEST;
 // Sets every record to zero (program start; tests start from here too).
 void clearRecords();
 
+// The log-copy channel of batch mode (the standard output, or the null device when the
+// command line asks for quiet); interactively the copies go to channel 9, the null device.
+constexpr int kBatchCopyChannel = 6;
+// True in batch mode: the answers come from SVAR.TMP, and the log-copy channel is 6. Questions
+// that nobody could answer in a batch run are answered by the program (see the callers).
+bool batchMode();
+
 // Writes a message line to the console output channel and to the log-copy channel.
 void say(std::string_view text);
 // Writes a prompt (no line end) to the console output channel and to the log-copy channel.

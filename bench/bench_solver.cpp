@@ -9,11 +9,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
+#include "control/control.h"
 #include "input/input.h"
 #include "io/channels.h"
 #include "records.h"
@@ -26,22 +26,12 @@ bool gReady = false;
 int gExampleMethod = 0;
 std::string gFolder;
 
-// The start-up of a run, without the dialogue: constants, channels, the input read.
+// The start-up of a run, without the dialogue: the start of the run, the channels, the input
+// read.
 bool readExample() {
     if (gReady) return true;
-    clearRecords();
-    MASTER.PI = 4.0 * std::atan(1.0);
-    MASTER.EPS = 1.0E-20f;
-    ISUR.NSRFCP = NSURFCOPY;
-    MASTER.NFIN = 8;
-    MASTER.NFOUT = 12;
-    MASTER.NF14 = 14;
-    MASTER.NF15 = 15;
-    MASTER.NF16 = 16;
-    MASTER.NF17 = 17;
-    MASTER.NF18 = 18;
+    startRun();
     POSTGRAF.NFCOPY = 9;
-    BEST.SF = 98.0;
     io::bindNull(8);
     io::bindNull(9);
     io::bindNull(12);

@@ -2,16 +2,16 @@
 //
 // CONTRL — the run: start-up, checks after reading, the central decision point and the end.
 //
-// Sets the constants and channel numbers, chooses interactive or batch mode (batch when an
-// answer file SVAR.TMP lies in the working folder), opens the files of the run, writes the
-// banner and the start stamp, offers the instructions, has the input read, checks the problem
-// size and the control data and prints the problem type. Then the central decision point: the
-// control data and the numbered menu are shown and one operation is read and carried out, over
-// and over, until the user terminates, or the answers have ended (the answer file is used up,
-// or the standard input is closed): an answer stream that has ended can never answer again, so
-// the run then ends as if terminated. The print and save states of the last and the best
-// surface are kept here. Every answer is one line; values a line leaves out keep their present
-// values.
+// Starts the run (startRun: the constants, the channel numbers and every run-long state),
+// chooses interactive or batch mode (batch when an answer file SVAR.TMP lies in the working
+// folder), opens the files of the run, writes the banner and the start stamp, offers the
+// instructions, has the input read, checks the problem size and the control data and prints the
+// problem type. Then the central decision point: the control data and the numbered menu are
+// shown and one operation is read and carried out, over and over, until the user terminates, or
+// the answers have ended (the answer file is used up, or the standard input is closed): an
+// answer stream that has ended can never answer again, so the run then ends as if terminated.
+// The print and save states of the last and the best surface are kept here. Every answer is one
+// line; values a line leaves out keep their present values.
 //
 // Channels: 8 answers, 12 dialogue output, NFCOPY the log copy of every message (9, the null
 // device, interactively; 6, the standard output or the null device, in batch mode), 14
@@ -43,7 +43,6 @@
 
 namespace {
 
-constexpr double kEps = 1.0E-20f;            // the zero tolerance, a single-precision constant
 constexpr double kNoBestYet = 98.0;          // best safety factor before any surface
 constexpr double kNoBestSF = 1000000.0;      // BESTSF when no best surface is pending
 constexpr double kNoBestE2 = -1000000.0;     // BESTE2 at start
@@ -51,7 +50,6 @@ constexpr double kReprintLimit = 100000.0;   // operation 14 rewinds while the r
 constexpr int kEchoMaxLines = 10000;
 constexpr int kCommandLineLength = 127;
 constexpr int kHiddenReprint = 14;           // operation 14: reprint the best surface when it improved
-constexpr int kBatchCopy = 6;
 constexpr int kInteractiveCopy = 9;
 constexpr int kNoHelpCopy = 7;               // a log-copy channel 7 skips the instructions
 
@@ -87,21 +85,6 @@ void writeBoth(int nf1, int nf2, const std::string& text) {
 // Start-up
 // ---------------------------------------------------------------------------------------------
 
-void setConstants() {
-    MASTER.IHEAD = 2;
-    MASTER.PI = 4.0 * std::atan(1.0);
-    MASTER.EPS = kEps;
-    ISUR.NSRFCP = NSURFCOPY;
-    MASTER.NFIN = 8;
-    MASTER.NFOUT = 12;
-    MASTER.NF14 = 14;
-    MASTER.NF15 = 15;
-    MASTER.NF16 = 16;
-    MASTER.NF17 = 17;
-    MASTER.NF18 = 18;
-    POSTGRAF.NFCOPY = kBatchCopy;
-}
-
 // Opens the channels of the run. On a failure writes the open message and the error exit and
 // returns false.
 bool openChannels() {
@@ -129,7 +112,7 @@ bool openChannels() {
         std::string_view command(gCommandLine);
         command = command.substr(0, kCommandLineLength);
         if ((command.size() > 0 && command[0] == '0') || (command.size() > 1 && command[1] == '0'))
-            io::bindNull(kBatchCopy);
+            io::bindNull(kBatchCopyChannel);
     }
 
     struct RunFile {
@@ -499,7 +482,7 @@ void decisionLoop() {
             case 3: saveLast(); break;
             case 4:
                 // In batch mode printing the best surface also saves it.
-                if (printBest() && POSTGRAF.NFCOPY == kBatchCopy) saveBest();
+                if (printBest() && batchMode()) saveBest();
                 break;
             case 5: saveBest(); break;
             case 6: next = modifyControlData(); break;
@@ -525,13 +508,13 @@ void endRun() {
 void setCommandLine(std::string_view text) { gCommandLine = std::string(text); }
 
 void CONTRL() {
-    setConstants();
+    // The constants, the channel numbers, no best surface yet, and every run-long state fresh.
+    startRun();
     if (!openChannels()) {
         io::closeAll();
         return;
     }
 
-    BEST.SF = kNoBestYet;
     HEADER(MASTER.IHEAD, TEXT.VERSION.view());
     TIMER0(1, MASTER.NFOUT, MASTER.NF18, gStartElapsed, MASTER.DATTIM);
     TOPLIN(MASTER.NF18, TEXT.VERSION.view(), MASTER.DATTIM);

@@ -10,6 +10,10 @@
 #include "records.h"
 
 void CONTRL();
+// The start of a run: records cleared (the version text kept), constants and channel numbers
+// set, every value kept between calls for the whole run put back to its start. The one place
+// that lists the resets of run-long state; see control/startrun.cpp.
+void startRun();
 void YESNO(int& answer, int unit);
 void HEADER(int nf, std::string_view version);
 void TIMER8(int clock[8]);

@@ -10,9 +10,15 @@
 // leaves the help; an unreadable answer shows the menu again; the end of the standard input
 // leaves the help as well, so that an unattended run cannot loop here.
 //
+// In batch mode the standard input is read as well, as at the console; but when it is no
+// terminal nobody can be typing there, and a run whose standard input stays open would wait
+// for ever (silently, when the command line keeps the dialogue off the screen). Such a run
+// says so in one line and leaves the help at once.
+//
 // Reads:  the option from channel 5 (standard input)
 // Writes: the menu on channel 6 (standard output); an open failure on channel 2, or on
-//         channel 6 when channel 2 is not open
+//         channel 6 when channel 2 is not open; the batch-mode line on the console output
+//         and log-copy channels
 // IERR:   MASTER.IERR is not touched; a file that cannot be opened is reported and the run
 //         goes on.
 
@@ -87,6 +93,10 @@ void showMenu(int kind) {
 }  // namespace
 
 void HELP(int kind) {
+    if (batchMode() && !io::stdinIsTerminal()) {
+        say(" **** SR/HELP : NO HELP PAGES IN BATCH MODE WITHOUT A TERMINAL , THE RUN GOES ON");
+        return;
+    }
     // The help dialogue runs on the process's own standard streams.
     if (!io::isOpen(kStdIn)) io::bindStdin(kStdIn);
     if (!io::isOpen(kStdOut)) io::bindStdout(kStdOut);

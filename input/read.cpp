@@ -31,6 +31,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -61,8 +62,6 @@ double weightFactor = 1.0;
 // Inside the general surfaces and line control, an end of the data is reported as a read
 // past the end of the file, with a hint at what may be missing.
 bool readingSurfaces = false;
-
-bool batchMode() { return POSTGRAF.NFCOPY == 6; }
 
 void formatError(int id) {
     say(io::Line().A(" **** SR/READ - INPUT FILE FORMAT ERROR - ID=").Free(id).str());
@@ -107,11 +106,13 @@ bool readRecord(int id, Values&... values) {
 }
 
 // Reads `count` values into one record's reader: the first `room` go to `values`, the rest
-// are read and dropped. A count beyond the array therefore never writes outside it.
+// are read and dropped. A count beyond the array therefore never writes outside it, and a
+// huge count given with a repeat item ("2000000000*1.0") is dropped in one step.
 template <typename T>
 void readList(io::FreeReader& reader, T* values, int count, int room) {
-    T dropped{};
-    for (int k = 0; k < count && reader.ok(); ++k) reader(k < room ? values[k] : dropped);
+    const int stored = count < room ? count : room;
+    for (int k = 0; k < stored && reader.ok(); ++k) reader(values[k]);
+    if (count > stored) reader.drop<T>(count - stored);
 }
 
 // Reads a heading or other text line; the end of the data is reported under `id`.
@@ -263,7 +264,10 @@ bool controlSection() {
     if (!readRecord(1320, MASTER.NEGEOK)) return false;
     if (!readRecord(1350, MASTER.JPRINT)) return false;
     if (!readRecord(1360, MASTER.JSTRES)) return false;
-    MASTER.JSTRES = std::abs(MASTER.JSTRES);
+    // The most negative integer has no positive counterpart: it becomes the largest one, which
+    // the run then limits to 1..2 like any other large value.
+    MASTER.JSTRES = MASTER.JSTRES == std::numeric_limits<int>::min() ? std::numeric_limits<int>::max()
+                                                                     : std::abs(MASTER.JSTRES);
     if (!readRecord(1370, MASTER.JPLOT)) return false;
     if (!readRecord(1400, MASTER.E2TOL)) return false;
     if (!readRecord(1450, MASTER.CRTSCR)) return false;
@@ -400,8 +404,11 @@ bool materialSection(int highestMaterial) {
     if (io::decodeFixedInt(std::string_view(line).substr(0, 5), first) &&
         io::decodeFixedInt(std::string_view(line).substr(5, 5), second) &&
         io::decodeFixedInt(std::string_view(line).substr(10, 5), third)) {
-        POSTGRAF.NOPT1 = second;
-        POSTGRAF.NOPT2 = third;
+        // Deliberately unlike a plain decode, a grid size left blank (0) or below 1 means the
+        // default: a grid of no columns or rows covers no area, and every slice would then fail
+        // its area check with a message that does not point at this line.
+        if (second >= 1) POSTGRAF.NOPT1 = second;
+        if (third >= 1) POSTGRAF.NOPT2 = third;
     }
 
     if (materials < highestMaterial) {

@@ -37,6 +37,7 @@ struct StdinSource {
     std::vector<std::string> lines;
     size_t position = 0;
     std::unique_ptr<std::istringstream> testText;
+    bool testTerminal = false;  // the test text stands for a terminal
     std::istream& stream() { return testText ? static_cast<std::istream&>(*testText) : std::cin; }
 };
 
@@ -277,6 +278,7 @@ void resetAll() {
     gStdin.lines.clear();
     gStdin.position = 0;
     gStdin.testText.reset();
+    gStdin.testTerminal = false;
     gStdoutLineOpen = false;
 }
 
@@ -285,6 +287,10 @@ void setStdinText(const std::string& text) {
     gStdin.position = 0;
     gStdin.testText = std::make_unique<std::istringstream>(text);
 }
+
+bool stdinIsTerminal() { return gStdin.testText ? gStdin.testTerminal : isatty(STDIN_FILENO) != 0; }
+
+void setStdinTerminal(bool terminal) { gStdin.testTerminal = terminal; }
 
 void setStdoutStream(std::ostream* stream) {
     stdoutStream().flush();

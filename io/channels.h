@@ -65,6 +65,11 @@ void resetAll();
 // Reads the standard input from a string instead of the process's stdin (tests).
 void setStdinText(const std::string& text);
 
+// True when the standard input is a terminal, where a user can type. A test text (above) is
+// no terminal unless setStdinTerminal(true) says it stands for one (tests).
+bool stdinIsTerminal();
+void setStdinTerminal(bool terminal);
+
 // Sends the standard output channels to another stream (tests); nullptr restores std::cout.
 void setStdoutStream(std::ostream* stream);
 

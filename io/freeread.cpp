@@ -6,6 +6,7 @@
 
 #include "io/freeread.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cmath>
@@ -185,6 +186,26 @@ FreeReader& FreeReader::take(T& value, bool (*parse)(std::string_view, T&)) {
     }
     return *this;
 }
+
+template <typename T>
+FreeReader& FreeReader::drop(int count) {
+    T dropped{};
+    while (count > 0 && status_ == ReadStatus::Ok && !stopped_) {
+        const bool inRepeat = repeatLeft_ > 0;
+        (*this)(dropped);  // one item, checked (the first copy of a repeat, or a plain item)
+        --count;
+        if (!inRepeat && repeatLeft_ == 0) continue;
+        if (status_ != ReadStatus::Ok) break;
+        const int copies = std::min(repeatLeft_, count);
+        repeatLeft_ -= copies;
+        if (!repeatEmpty_) valuesRead_ += copies;
+        count -= copies;
+    }
+    return *this;
+}
+
+template FreeReader& FreeReader::drop<int>(int count);
+template FreeReader& FreeReader::drop<double>(int count);
 
 FreeReader& FreeReader::operator()(int& value) { return take(value, parseInteger); }
 

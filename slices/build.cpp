@@ -41,7 +41,6 @@ constexpr double kEndShearOff = 1.0E-6f;
 constexpr double kH3Zero = 0.001f;
 constexpr double kTolFactor = 1.0E-4f;
 constexpr double kPercent = 0.01f;
-constexpr int kBatchCopy = 6;
 
 bool gWarningsNeglected = false;  // the negative-weight warnings were accepted for the run
 
@@ -380,7 +379,7 @@ void weightCheck(int n) {
         return;
     }
     int answer = 1;
-    if (POSTGRAF.NFCOPY != kBatchCopy) {
+    if (!batchMode()) {
         sayPrompt("SHALL ABOVE WARNING(S) BE NEGLECTED (Y/N) ......");
         YESNO(answer, MASTER.NFIN);
     }
@@ -438,7 +437,7 @@ void tracePrint(int n) {
 
 }  // namespace
 
-void BUILDRunStart() { gWarningsNeglected = false; }
+void resetBuildWarningAnswer() { gWarningsNeglected = false; }
 
 void BUILD(int& IREJ) {
     IREJ = 0;

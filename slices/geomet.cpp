@@ -467,7 +467,7 @@ void GEOMET(int nsp, int npt, int& numslc, int nslreq, int idtyp, const Arr1<dou
     }
     if (ierr != 0) {
         // In batch mode nobody can answer; interactively the user decides on the profile.
-        if (POSTGRAF.NFCOPY == 6) {
+        if (batchMode()) {
             if (ierr != 1 && ierr != 2) say(io::Line(" **** SR/GEOMET PROBLEM  IERR=").Free(ierr).str());
             return;
         }
@@ -499,6 +499,11 @@ void GEOMET(int nsp, int npt, int& numslc, int nslreq, int idtyp, const Arr1<dou
     const int layers = std::clamp(nlayer, 0, MAXLAY);
     if (equalWidths && layers > 0) {
         ierr = refineAtLayers(s, layers, zlayer);
+        // Splitting at the layer boundaries adds slices to the number asked for: say why the
+        // surface fails and what helps.
+        if (ierr == 299)
+            say(io::Line(" **** SR/GEOMET : MORE THAN").I(MAXSLC, 3)
+                    .A(" SLICES AFTER SPLITTING AT LAYER BOUNDARIES , GIVE FEWER SLICES").str());
         if (ierr != 0) return;
         if (MASTER.JPRINT > 2) traceSlices(s, " SHIFTED SLICE GEOMETRY");
     }

@@ -72,8 +72,14 @@ double waterLevelAt(double x, int& ierr) {
 
 bool validMaterial(int m) { return m >= 1 && m <= MAXMAT; }
 
-// Mean unit weight by a grid of cells between the soil surface and the base chord; the cells
-// of undrained material add to AREAU.
+// Mean unit weight by a grid of cells between the top chord (corner 1 to 2) and the base chord
+// (corner 4 to 3); the cells of undrained material add to AREAU.
+//
+// Deliberate departure from integrating down from the real ground: the columns start at the
+// straight slice top, as the exact integration over horizontal layers does. AREA is measured
+// under that chord and the soil between the chord and a broken ground is added as a load of
+// its own (soilAboveTop); integrating from the ground counted that soil twice and made the
+// area check fail for every slice whose top spans a break of the ground line.
 bool gridIntegration(int I, double& sumWeight, double& sumArea) {
     int columns = POSTGRAF.NOPT1;
     int rows = POSTGRAF.NOPT2;
@@ -83,16 +89,15 @@ bool gridIntegration(int I, double& sumWeight, double& sumArea) {
     double columnWidth = width / columns;
     for (int j = 1; j <= columns; ++j) {
         double x = x1 + (j - 0.5) * columnWidth;
-        double zSurface = 0.0;
-        if (!soilSurfaceAt(x, zSurface)) return false;
+        double zTop = SURF.ZZ(1, I) + (SURF.ZZ(2, I) - SURF.ZZ(1, I)) * (x - x1) / width;
         double zBase = SURF.ZZ(4, I) + (SURF.ZZ(3, I) - SURF.ZZ(4, I)) * (x - SURF.XX(4, I)) / width;
-        double cellHeight = (zBase - zSurface) / rows;
+        double cellHeight = (zBase - zTop) / rows;
         double cellArea = columnWidth * cellHeight;
         int ierrWater = 0;
         double zWater = waterLevelAt(x, ierrWater);
         bool noWaterTable = waterTablePoints() == 0 || ierrWater != 0;
         for (int k = 1; k <= rows; ++k) {
-            double z = zSurface + (k - 0.5) * cellHeight;
+            double z = zTop + (k - 0.5) * cellHeight;
             int m = 0;
             LOCATE(x, z, m);
             if (MASTER.IERR != 0) return false;
@@ -273,7 +278,7 @@ bool crackWaterThrust() {
 
 }  // namespace
 
-void LOADERRunStart() { gNonHorizontalWarnings = 0; }
+void resetLoaderWaterWarnings() { gNonHorizontalWarnings = 0; }
 
 void LOADER(int I) {
     MASTER.IERR = 0;

@@ -175,7 +175,7 @@ void crossingNail(int nail, int sliceCount, double xCross, double zCross) {
 
 }  // namespace
 
-void NAILSRunStart() { gSeveralCrossingsReported = 0; }
+void resetNailCrossingWarnings() { gSeveralCrossingsReported = 0; }
 
 void NAILS(int NPT) {
     MASTER.IERR = 0;

@@ -52,10 +52,10 @@ void STRIP(const double* xs, const double* zs, double XA, double XB, double QA, 
 void WATER(const double* xs, const double* zs, double ZW, double GAMW, double& FX, double& FZ, double& M);
 
 // Run-long state of the load builder: the remembered answer of the negative-weight question
-// and the count of reported non-horizontal water tables. A run starts with both cleared;
-// these put them back to that start (tests begin a fresh run with them).
-void BUILDRunStart();
-void LOADERRunStart();
+// (BUILD) and the count of reported non-horizontal water tables (LOADER). A run starts with
+// both cleared; these put them back to that start (called by startRun).
+void resetBuildWarningAnswer();
+void resetLoaderWaterWarnings();
 
 // Line control: IOUT = 1 when no slice base of the current surface cuts the polyline of the
 // line control points (the surface is then skipped), else 0.
@@ -94,7 +94,7 @@ inline double momentAboutCentre(int I, double xc, double zc, double FX, double F
 }
 
 // Soil nail forces on the slices of the current surface (NPT points of XS, ZS) and the results
-// of every nail. NAILSRunStart clears the run's count of nails reported for crossing a surface
-// more than once (a run reports at most 24).
+// of every nail. resetNailCrossingWarnings clears the run's count of nails reported for
+// crossing a surface more than once (a run reports at most 24).
 void NAILS(int NPT);
-void NAILSRunStart();
+void resetNailCrossingWarnings();

@@ -37,7 +37,6 @@ namespace {
 constexpr double kPminShare = 0.0005f;
 constexpr double kZmaxFactor = 1.25f;
 constexpr int kFewSlices = 5;
-constexpr int kBatchCopyChannel = 6;
 
 // Keep-force-equilibrium decision: 0 not yet decided, 1 keep force-equilibrium solutions
 // unchanged, -1 decided to solve for moments (the question is not asked again).
@@ -73,7 +72,7 @@ bool keepForceEquilibrium() {
     else say(io::Line(" THE SHEAR SURFACE HAS").Free(MASTER.NUMSLC).A(" SLICES ONLY").str());
     sayPrompt(" SHALL ALL FORCE EQUILIBRIUM SOLUTIONS BE KEPT UNCHANGED ? (Y/N)...... ");
     int answer = 0;
-    if (POSTGRAF.NFCOPY == kBatchCopyChannel) {
+    if (batchMode()) {
         io::writeLine(POSTGRAF.NFCOPY,
                       io::Line(" **** WARNING FROM SR/MOMEQL : SR/SOLABC PROBLEM").Free(MASTER.IERR).str());
         answer = MASTER.IERR >= 1 ? 1 : 2;

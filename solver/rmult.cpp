@@ -15,8 +15,11 @@
 // Reads:  MASTER.NUMSLC, METHOD, JPRINT, EPS, SFTZ, CRTSCR; SURF.R0 (and what FRCEQR, MOMEQL
 //         and SCORER read)
 // Writes: MASTER.SF, SCORE, RFACTOR, IERR; SURF.R and the whole solution in the slice table
-// IERR:   0 ok; 1 no usable initial roughness (every R0 zero), or no force solution even with
-//         zero roughness; >= 2 the error of FRCEQR; else the error of INTPOL
+// IERR:   0 ok; -1 the moment solution failed at the evaluation whose solution is returned
+//         (the slice table then holds its force solution without moment arms, which the
+//         equilibrium check must not judge); 1 no usable initial roughness (every R0 zero), or
+//         no force solution even with zero roughness; >= 2 the error of FRCEQR; else the
+//         error of INTPOL
 
 #include <cmath>
 
@@ -76,8 +79,13 @@ struct Best {
     double score = kNoScore;
 };
 
+// Whether the moment solution failed at the last evaluation (MOMEQL's -1); set afresh by
+// every evaluation and at every call, so it lives no longer than one search.
+bool gMomentsFailed = false;
+
 // One solution at R = factor * R0, starting the force iteration at startSF.
 Outcome evaluate(double factor, double startSF) {
+    gMomentsFailed = false;
     const int numSlices = MASTER.NUMSLC;
     MASTER.SF = startSF;
     for (int i = 1; i <= numSlices; ++i) SURF.R(i) = factor * SURF.R0(i);
@@ -93,7 +101,10 @@ Outcome evaluate(double factor, double startSF) {
     }
     double A = 1.0, B = 0.0, C = 1.0 / MASTER.SF;
     MOMEQL(A, B, C);
-    // Without a moment solution the force solution stays in the table; it is scored as it is.
+    // Without a moment solution the force solution stays in the table; it is scored as it is
+    // and the search goes on. Should it be the solution the search returns, the -1 is handed
+    // on at the end.
+    gMomentsFailed = MASTER.IERR == -1;
     MASTER.IERR = 0;
     SCORER();
     return Outcome::Solved;
@@ -143,6 +154,7 @@ void traceRow(double factor, const Best& best) {
 
 void RMULT() {
     MASTER.IERR = 0;
+    gMomentsFailed = false;
     const int numSlices = MASTER.NUMSLC;
     if (numSlices < 1 || numSlices > MAXSLC) {
         MASTER.IERR = 1;
@@ -252,6 +264,9 @@ void RMULT() {
     }
 
     MASTER.RFACTOR = lastFactor;
+    // The returned solution has no moment solution: its moment arms are those of an earlier
+    // evaluation, so it is reported as the moment solution's failure, not checked.
+    if (MASTER.IERR == 0 && gMomentsFailed) MASTER.IERR = -1;
     if (MASTER.JPRINT > 0) {
         sayLog(io::Line("  SR/RMULT  :  SF,SCORE,RFACTOR =").Free(MASTER.SF).Free(MASTER.SCORE).Free(MASTER.RFACTOR).str());
     }

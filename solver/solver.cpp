@@ -51,7 +51,6 @@ constexpr double kScoreLoadBuilder = 7.777f;
 constexpr double kScoreUndrainedCircle = 9.999f;    // solved by the moments about the centre
 constexpr double kDiscardSF = 500.0;               // slice-force methods: above it, no solution
 constexpr int kFirstItrMax = 10;
-constexpr int kBatchCopy = 6;
 
 // Run-long state: the limit of the update iteration, whether its question was asked, and the
 // number of surfaces solved as undrained circles.
@@ -158,7 +157,7 @@ int askItrMax() {
     say(" SR/SOLVER : PWP OR PHI ITERATIONS DID NOT CONVERGE");
     sayPrompt(io::Line(" ITRMAX =").Free(gItrMax).A("   SHALL VALUE BE DOUBLED (Y/N)..... ").str());
     int answer = 2;
-    if (POSTGRAF.NFCOPY != kBatchCopy) YESNO(answer, MASTER.NFIN);
+    if (!batchMode()) YESNO(answer, MASTER.NFIN);
     if (answer == 1) {
         gItrMax *= 2;
         return 1;

@@ -15,7 +15,8 @@
 // Writes: X, Y, Z; messages to the log file
 // IERR:   0 ok; -1 the linear solver failed; 1-5 degenerate force equations at some Z (see
 //         solvePair), 6 Y vanishes, 7 the two values of Y disagree; 10 / 11 the solution has
-//         Z below ZMIN / above ZMAX (X, Y, Z are returned all the same); 12 no solution
+//         Z below the range searched (ZMIN, or half of it after the restart) / above ZMAX
+//         (X, Y, Z are returned all the same); 12 no solution
 //         within 100 points; 13 / 14 the least residual lies at the first / last point of
 //         the table
 
@@ -191,7 +192,9 @@ void SOLXYZ(int trace, const EquationCoefficients& CC, double ZMIN, double ZMAX,
             X = Xcomputed;
             Y = Ycomputed;
             Z = Zassumed;
-            if (Z < ZMIN) IERR = 10;
+            // After the restart the range searched begins at half of ZMIN: a root found there
+            // is the answer the restart was made for.
+            if (Z < scanStart) IERR = 10;
             else if (Z > ZMAX) IERR = 11;
             if (IERR != 0)
                 io::writeLine(log, io::Line(" **** SR/SOLXYZ : Non-accepted solution X,Y,Z==").Free(X).Free(Y).Free(Z).str());

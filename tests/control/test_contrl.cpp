@@ -271,10 +271,18 @@ TEST_F(Contrl, NoInstructionsOnNoOrOnThreeUnusableAnswers) {
 
 TEST_F(Contrl, YesInBatchIsReadFromTheAnswerFileAndTheQuestionRecorded) {
     helpTexts();
+    io::setStdinText("1\n");  // an answer nobody typed: it must stay unread
     std::string eko = batch("Yes\n8\n");
-    // The instructions menu is on the standard output; its option is read there too, and
-    // the standard input of this run is empty, which leaves the instructions.
-    EXPECT_NE(screen_.str().find(kInstructions), std::string::npos);
+    // The instructions would read their option from the standard input, which is no terminal
+    // in this batch run: one line says so, and the run goes on without waiting there.
+    const std::string noHelp = " **** SR/HELP : NO HELP PAGES IN BATCH MODE WITHOUT A TERMINAL , THE RUN GOES ON\n";
+    EXPECT_EQ(screen_.str().find(kInstructions), std::string::npos);
+    EXPECT_TRUE(inOrder(eko, {" DO YOU NEED INSTRUCTIONS (Y/N) .................. \n", noHelp, kMenu}));
+    EXPECT_EQ(count(screen_.str(), noHelp), 1);
+    std::string unread;
+    io::bindStdin(5);  // the run has closed its channels
+    EXPECT_EQ(io::readLine(5, unread), io::kReadOk);
+    EXPECT_EQ(unread, "1");
     EXPECT_NE(eko.find(" DO YOU NEED INSTRUCTIONS (Y/N) .................. \n"), std::string::npos);
     // the copy goes to the screen too
     EXPECT_NE(screen_.str().find(" DO YOU NEED INSTRUCTIONS (Y/N) .................. "), std::string::npos);

@@ -239,3 +239,29 @@ TEST_F(Help, TheShippedHelpFileServesEverySectionOfTheMenu) {
     EXPECT_EQ(countLinesStartingWith(screen(), " **** SR/PAGES ERROR"), 0);
     EXPECT_EQ(countLinesStartingWith(screen(), " PAGE    :   1 OF"), 6);
 }
+
+// In batch mode the help reads the standard input as well; when that is no terminal nobody
+// can answer there, so the help says so in one line and returns at once, reading nothing.
+TEST_F(Help, InBatchModeWithoutATerminalOneLineAndNothingRead) {
+    putInWorkingFolder("HELP.KMO", kSmallHelpFile);
+    io::setStdinText("1\n");
+    MASTER.NFOUT = 12;
+    POSTGRAF.NFCOPY = 6;  // batch mode: the copies go to the standard output
+    HELP(2);
+    const std::string line = " **** SR/HELP : NO HELP PAGES IN BATCH MODE WITHOUT A TERMINAL , THE RUN GOES ON";
+    EXPECT_EQ(screen(), std::vector<std::string>{line});
+    EXPECT_EQ(console(), std::vector<std::string>{line});
+    EXPECT_EQ(nextAnswer(), 1);
+}
+
+// A batch run started from a terminal keeps the help on the keyboard, as at the console.
+TEST_F(Help, InBatchModeAtATerminalTheMenuIsShown) {
+    putInWorkingFolder("HELP.KMO", kSmallHelpFile);
+    io::setStdinText("7\n");
+    io::setStdinTerminal(true);
+    MASTER.NFOUT = 12;
+    POSTGRAF.NFCOPY = 6;
+    HELP(2);
+    EXPECT_NE(console_.str().find("          KALMO HELP MENU\n"), std::string::npos);
+    EXPECT_EQ(nextAnswer(), -1);  // the 7 was read by the menu
+}

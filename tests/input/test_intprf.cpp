@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "control/control.h"
 #include "input/input.h"
 
 namespace {
@@ -43,7 +44,7 @@ Profiles twoProfiles() {
 
 class Intprf : public ::testing::Test {
 protected:
-    void SetUp() override { resetIntprfCalls(); }
+    void SetUp() override { startRun(); }
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "control/control.h"
 #include "input/input.h"
 #include "io/channels.h"
 #include "records.h"
@@ -56,14 +57,9 @@ class MeshTest : public ::testing::Test {
 protected:
     void SetUp() override {
         io::resetAll();
-        clearRecords();
-        MASTER.NF15 = kWorkUnit;
-        MASTER.NFOUT = kConsoleUnit;
-        MASTER.NF18 = kLogUnit;
+        startRun();  // channels 15 (kWorkUnit), 12 (kConsoleUnit) and 18 (kLogUnit) among them
         POSTGRAF.NFCOPY = kCopyUnit;
         MASTER.FCTLEN = 1.0;
-        MASTER.EPS = 1.0E-20f;
-        MASTER.PI = 4.0 * std::atan(1.0);
         ASSERT_EQ(io::openNew(kConsoleUnit, dir_.path("CONSOLE.TXT")), 0);
         ASSERT_EQ(io::openNew(kCopyUnit, dir_.path("COPY.TXT")), 0);
         ASSERT_EQ(io::openNew(kLogUnit, dir_.path("KALMO.LOG")), 0);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "control/control.h"
 #include "input/input.h"
 #include "input/mesh_fixture.h"
 #include "io/channels.h"
@@ -16,9 +17,8 @@ namespace {
 class Pwpxz : public ::testing::Test {
 protected:
     void SetUp() override {
-        clearRecords();
         io::resetAll();
-        resetIntprfCalls();
+        startRun();
         kalmo_test::fillMesh(0.0, 40.0, 4, 2, 0.0, 0.0, 10.0);
         ISOLPR.NMAT = 1;
         IWATER.IDPWP = 2;

@@ -424,12 +424,25 @@ TEST_F(ReadTest, MissingRecord1500LeavesTheTenValuesZeroAndReadsTheGeometry) {
     EXPECT_DOUBLE_EQ(GEOMSH.ZWALL, 5.0);
 }
 
-TEST_F(ReadTest, MaterialCountLineWithBlankOptionalColumnsGivesZeros) {
+TEST_F(ReadTest, MaterialCountLineWithBlankOptionalColumnsGivesTheDefaultGrid) {
+    // Blank columns decode as 0; a grid of 0 columns or rows would weigh no soil, so 0 means
+    // the default grid of 3 columns and 15 rows.
     ReadResult run = runRead(Deck().set("m2500", "    2"));
     ASSERT_EQ(run.ierr, 0) << run.console;
     EXPECT_EQ(ISOLPR.NMAT, 2);
-    EXPECT_EQ(POSTGRAF.NOPT1, 0);
-    EXPECT_EQ(POSTGRAF.NOPT2, 0);
+    EXPECT_EQ(POSTGRAF.NOPT1, 3);
+    EXPECT_EQ(POSTGRAF.NOPT2, 15);
+}
+
+TEST_F(ReadTest, MaterialCountLineWithOneGridSizeLeftOutOrNegativeTakesItsDefault) {
+    ReadResult run = runRead(Deck().set("m2500", "    2    5"));
+    ASSERT_EQ(run.ierr, 0) << run.console;
+    EXPECT_EQ(POSTGRAF.NOPT1, 5);
+    EXPECT_EQ(POSTGRAF.NOPT2, 15);
+    run = runRead(Deck().set("m2500", "    2   -1    0"));
+    ASSERT_EQ(run.ierr, 0) << run.console;
+    EXPECT_EQ(POSTGRAF.NOPT1, 3);
+    EXPECT_EQ(POSTGRAF.NOPT2, 15);
 }
 
 TEST_F(ReadTest, MaterialCountLineWithUnreadableOptionalColumnsKeepsTheDefaults) {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "control/control.h"
 #include "input/input.h"
 #include "input/mesh_fixture.h"
 #include "io/channels.h"
@@ -19,9 +20,8 @@ const double kPi = 4.0 * std::atan(1.0);
 class Suxz : public ::testing::Test {
 protected:
     void SetUp() override {
-        clearRecords();
         io::resetAll();
-        resetIntprfCalls();
+        startRun();
         kalmo_test::fillMesh(0.0, 40.0, 4, 2, 0.0, 0.0, 10.0);
         ISOLPR.NMAT = 1;
         SOLPRP.MAT(MAT14, 1) = 20.0;

@@ -263,3 +263,53 @@ TEST_F(FileChannel, AnswerWithTextIsAFailedRead) {
     EXPECT_EQ(readAnswer(15, selection), ReadStatus::Bad);
     EXPECT_EQ(selection, 1);
 }
+
+// Dropping values: the copies of a repeat item are passed over at once, so a count of two
+// thousand million costs no more than the text (the reader would otherwise take minutes).
+TEST(FreeDecode, DroppedRepeatCopiesArePassedOverInOneStep) {
+    FreeReader reader("1 2000000000*1.5 7", true);
+    int first = 0, last = 0;
+    reader(first).drop<double>(2000000000)(last);
+    EXPECT_TRUE(reader.ok());
+    EXPECT_EQ(first, 1);
+    EXPECT_EQ(last, 7);
+    EXPECT_EQ(reader.valuesRead(), 2000000002);
+}
+
+TEST(FreeDecode, DroppingPartOfARepeatLeavesTheRestForTheNextValues) {
+    FreeReader reader("5*2.5 9", true);
+    double x = 0.0, y = 0.0;
+    int n = 0;
+    reader.drop<double>(3)(x)(y)(n);
+    EXPECT_TRUE(reader.ok());
+    EXPECT_EQ(x, 2.5);
+    EXPECT_EQ(y, 2.5);
+    EXPECT_EQ(n, 9);
+}
+
+TEST(FreeDecode, DroppedValuesAreCheckedOnceForTheirRepeat) {
+    FreeReader reals("1 2000000000*1.5", true);
+    int first = 0;
+    reals(first).drop<int>(2000000000);  // 1.5 is no whole number
+    EXPECT_TRUE(reals.failed());
+    EXPECT_EQ(reals.badItem(), "1.5");
+    FreeReader bad("3 X", true);
+    bad.drop<int>(5);
+    EXPECT_TRUE(bad.failed());
+}
+
+TEST(FreeDecode, DroppingAfterASlashOrAnEmptyRepeatEndsAtOnce) {
+    FreeReader stopped("1.0 /", true);
+    stopped.drop<double>(2000000000);
+    EXPECT_TRUE(stopped.ok());
+    EXPECT_EQ(stopped.valuesRead(), 1);
+    FreeReader empty("2000000000* 4", true);
+    int n = 0;
+    empty.drop<int>(2000000000)(n);
+    EXPECT_TRUE(empty.ok());
+    EXPECT_EQ(n, 4);
+    EXPECT_EQ(empty.valuesRead(), 1);
+    FreeReader shortText("1 2", true);
+    shortText.drop<int>(2000000000);
+    EXPECT_TRUE(shortText.atEnd());
+}

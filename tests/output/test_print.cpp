@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "control/control.h"
 #include "io/channels.h"
 #include "output/output.h"
 #include "records.h"
@@ -21,7 +22,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-constexpr double kEps = 1.0E-20f;
 
 std::string blanks(int n) { return std::string(static_cast<size_t>(n), ' '); }
 
@@ -167,15 +167,11 @@ class Print : public ::testing::Test {
 protected:
     void SetUp() override {
         io::resetAll();
-        clearRecords();
-        MASTER.NF16 = 16;
-        MASTER.NFOUT = 12;
+        startRun();
         POSTGRAF.NFCOPY = 9;
         ASSERT_EQ(io::openNew(16, dir_.path("KALMO.RES")), 0);
         ASSERT_EQ(io::openNew(12, dir_.path("CONSOLE.TXT")), 0);
         ASSERT_EQ(io::openNew(9, dir_.path("COPY.TXT")), 0);
-        MASTER.EPS = kEps;
-        ISUR.NSRFCP = 5857;
         TEXT.VERSION.set("12 Jan 2017");
         TEXT.TITLE(1).set("SLOPE AT THE RIVER BANK");
         TEXT.TITLE(2).set("SECTION A-A");

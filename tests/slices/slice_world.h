@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "control/control.h"
 #include "io/channels.h"
 #include "records.h"
 #include "slices/slices.h"
@@ -21,17 +22,12 @@ constexpr double kEps = 1.0E-20f;
 class SliceWorld {
 public:
     SliceWorld() {
-        clearRecords();
         io::resetAll();
-        MASTER.EPS = kEps;
-        MASTER.PI = 4.0 * std::atan(1.0);
+        startRun();  // fresh records and run-long state; the constants and channel numbers
         MASTER.FCTSUC = 1.0;
         MASTER.FCTTAN = 1.0;
         MASTER.IDTYP = 1;
         MASTER.IDEFTO = 1;
-        MASTER.NFIN = 8;
-        MASTER.NFOUT = 12;
-        MASTER.NF18 = 18;
         POSTGRAF.NFCOPY = 9;
         POSTGRAF.NOPT1 = 3;
         POSTGRAF.NOPT2 = 15;
@@ -55,10 +51,6 @@ public:
         WATER1.GAMPWP = 10.0;
 
         LOAD.LDAT(2) = 1.0;  // vertical load factor on the weight
-
-        BUILDRunStart();
-        LOADERRunStart();
-        NAILSRunStart();
     }
     ~SliceWorld() { io::resetAll(); }
 

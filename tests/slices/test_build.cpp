@@ -419,6 +419,26 @@ TEST_F(Build, NegativeWeightQuestionIsAskedOnceWhenAnsweredYes) {
     EXPECT_EQ(occurrences(world.console(), "SHALL ABOVE WARNING(S) BE NEGLECTED"), 1);
 }
 
+// The answer is remembered for one run only: a new run in the same process (startRun, as the
+// program, the fuzzing target and the fixtures begin one) asks again.
+TEST_F(Build, ANewRunAsksTheNegativeWeightQuestionAgain) {
+    world.dir.write("SVAR.TMP", "Y\n");
+    io::openOld(8, world.dir.path("SVAR.TMP"));
+    LOAD.LDAT(2) = 0.0;
+    surface({0.0, 2.0, 4.0}, {1.0, 3.0, 2.0});
+    ASSERT_EQ(build(), 0);
+    EXPECT_EQ(occurrences(world.console(), "SHALL ABOVE WARNING(S) BE NEGLECTED"), 1);
+
+    kalmo_test::SliceWorld nextRun;
+    SOLPRP.MAT(MAT14, 1) = 40.0;
+    nextRun.dir.write("SVAR.TMP", "Y\n");
+    io::openOld(8, nextRun.dir.path("SVAR.TMP"));
+    LOAD.LDAT(2) = 0.0;
+    surface({0.0, 2.0, 4.0}, {1.0, 3.0, 2.0});
+    ASSERT_EQ(build(), 0);
+    EXPECT_EQ(occurrences(nextRun.console(), "SHALL ABOVE WARNING(S) BE NEGLECTED"), 1);
+}
+
 TEST_F(Build, NegativeWeightAnsweredNoStopsTheSurfaceAndIsAskedAgain) {
     world.dir.write("SVAR.TMP", "N\nN\n");
     io::openOld(8, world.dir.path("SVAR.TMP"));

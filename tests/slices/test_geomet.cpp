@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "control/control.h"
 #include "io/channels.h"
 #include "records.h"
 #include "slices/slices.h"
@@ -70,17 +71,13 @@ class Geomet : public ::testing::Test {
 protected:
     void SetUp() override {
         io::resetAll();
-        clearRecords();
-        MASTER.NFIN = 8;
-        MASTER.NFOUT = 12;
-        MASTER.NF18 = 18;
+        startRun();
         POSTGRAF.NFCOPY = 9;
         ASSERT_EQ(io::openNew(12, dir_.path("CONSOLE.TXT")), 0);
         ASSERT_EQ(io::openNew(9, dir_.path("COPY.TXT")), 0);
         ASSERT_EQ(io::openNew(18, dir_.path("KALMO.LOG")), 0);
         MASTER.IDTYP = 1;
         MASTER.NTYP = 2;
-        ISUR.NSRFCP = NSURFCOPY;
     }
     void TearDown() override {
         io::setStdoutStream(nullptr);
@@ -783,6 +780,10 @@ TEST_F(GeometLayers, SplittingBeyondNinetyNineSlicesIsCode299) {
     layer({0.95 * 15.0 / MAXSLC});
     run(MAXSLC);
     EXPECT_EQ(MASTER.IERR, 299);
+    // The code alone does not tell the user that the slice count asked for is the cause.
+    const std::string line = " **** SR/GEOMET : MORE THAN 99 SLICES AFTER SPLITTING AT LAYER BOUNDARIES , GIVE FEWER SLICES\n";
+    EXPECT_TRUE(has(console(), line)) << console();
+    EXPECT_TRUE(has(copy(), line));
 }
 
 TEST_F(GeometLayers, TracePrintsGoToTheLogFile) {

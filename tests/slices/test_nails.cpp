@@ -352,7 +352,7 @@ TEST_F(Nails, ANailCrossingTwiceIsReportedAtMost24TimesAndIgnored) {
     EXPECT_EQ(occurrences(io::contents(9), warning), 24);  // the log-copy channel
     EXPECT_EQ(occurrences(console(), warning), 0);
 
-    NAILSRunStart();  // a new run reports again
+    resetNailCrossingWarnings();  // a new run reports again
     NAILS(3);
     EXPECT_EQ(occurrences(log(), warning), 25);
 }

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "control/control.h"
 #include "io/channels.h"
 #include "records.h"
 #include "slices/slices.h"
@@ -15,12 +16,10 @@ class RestoreBest : public ::testing::Test {
 protected:
     void SetUp() override {
         io::resetAll();
-        clearRecords();
-        MASTER.NFOUT = 12;
+        startRun();
         POSTGRAF.NFCOPY = 9;
         ASSERT_EQ(io::openNew(12, dir_.path("CONSOLE.TXT")), 0);
         io::bindNull(9);
-        ISUR.NSRFCP = NSURFCOPY;
     }
     void TearDown() override { io::resetAll(); }
 

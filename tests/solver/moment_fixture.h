@@ -7,6 +7,7 @@
 #include <cmath>
 #include <string>
 
+#include "control/control.h"
 #include "io/channels.h"
 #include "records.h"
 #include "solver/solver.h"
@@ -22,9 +23,8 @@ constexpr int kMomentAnswers = 8;
 // Fresh records, a fresh run (no question answered yet), the message channels on files of a
 // temporary folder and the answers, one a line, on the console input channel.
 inline void freshMomentRun(const kalmo_test::TempDir& dir, const std::string& answers = "") {
-    clearRecords();
     io::resetAll();
-    resetMomeqlDecision();
+    startRun();
     MASTER.NF18 = kMomentLog;
     MASTER.NFOUT = kMomentConsole;
     MASTER.NFIN = kMomentAnswers;
@@ -34,7 +34,6 @@ inline void freshMomentRun(const kalmo_test::TempDir& dir, const std::string& an
     io::openNew(kMomentCopy, dir.path("copy"));
     dir.write("answers", answers);
     io::openOld(kMomentAnswers, dir.path("answers"));
-    MASTER.EPS = 1.0E-20f;
     MASTER.IDTYP = 1;
     MASTER.IDEFTO = 2;
     MASTER.METHOD = 0;

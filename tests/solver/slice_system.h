@@ -7,6 +7,7 @@
 #include <cmath>
 #include <string>
 
+#include "control/control.h"
 #include "io/channels.h"
 #include "records.h"
 #include "support/tempdir.h"
@@ -17,17 +18,17 @@ constexpr int kLogUnit = 18;
 constexpr int kConsoleUnit = 12;
 constexpr int kCopyUnit = 9;
 
-// Fresh records and the three message channels on files of a temporary folder.
+// A fresh run (records and run-long state) and the three message channels on files of a
+// temporary folder.
 inline void freshRun(const TempDir& dir) {
-    clearRecords();
     io::resetAll();
+    startRun();
     MASTER.NF18 = kLogUnit;
     MASTER.NFOUT = kConsoleUnit;
     POSTGRAF.NFCOPY = kCopyUnit;
     io::openNew(kLogUnit, dir.path("KALMO.LOG"));
     io::openNew(kConsoleUnit, dir.path("console"));
     io::openNew(kCopyUnit, dir.path("copy"));
-    MASTER.EPS = 1.0E-20f;
     MASTER.IDTYP = 1;
     MASTER.IDEFTO = 1;
     MASTER.METHOD = -1;

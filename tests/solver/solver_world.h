@@ -44,7 +44,6 @@ public:
         SOLPRP.MAT(PHIANG, 1) = kTanPhi;
         SOLPRP.MAT(GAMTOT, 1) = kUnitWeight;
         SOLPRP.STRDAT(1) = kCrackDepth;
-        ISUR.NSRFCP = NSURFCOPY;
         MASTER.METHOD = -1;
         MASTER.NTYP = 1;
         MASTER.NSLREQ = 0;
@@ -52,15 +51,6 @@ public:
         MASTER.BESTE2 = -1000000.0;
         MASTER.KLAST = 2;
         MASTER.KLSAVE = 2;
-        BEST.SF = 98.0;
-        resetSolverRunState();
-        resetGenralModifications();
-        resetPlaneCritical();
-        resetCombndValues();
-        resetCircleRunState();
-        resetMomeqlDecision();
-        resetRoot3Alternation();
-        resetSlv123Note();
     }
 
     // Answers of the dialogue, read from channel 8.

@@ -96,7 +96,6 @@ protected:
     void TearDown() override {
         io::setStdoutStream(nullptr);
         io::resetAll();
-        resetMomeqlDecision();
     }
 
     // The undrained circle of n slices with a start at F0 and bounds that leave the moment
@@ -333,7 +332,7 @@ TEST_F(Momeql, InBatchModeNothingIsReadAndThePresentErrorCodeAnswers) {
     EXPECT_EQ(io::readLine(kMomentAnswers, unread), io::kReadOk);
     EXPECT_EQ(unread, "Y");
 
-    resetMomeqlDecision();
+    resetMomeqlDecision();  // a new run: the question is due again
     undrainedCircle(4, 1.3);
     MASTER.IERR = 1;  // an error pending: the answer is Yes
     MOMEQL(A, B, C);

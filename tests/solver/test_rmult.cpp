@@ -65,8 +65,6 @@ class RmultTest : public ::testing::Test {
 protected:
     void SetUp() override {
         freshRun(dir);
-        resetMomeqlDecision();
-        resetRoot3Alternation();
         MASTER.R1 = 0.5;  // interslice roughness given: no question from the moment solution
         MASTER.METHOD = 0;
     }
@@ -227,8 +225,6 @@ TEST_F(RmultTest, ScoreBelowTheCriticalScoreEndsTheSearchAtOnce) {
     while (!(all[accepted].score < critical)) ++accepted;
 
     freshRun(dir);
-    resetMomeqlDecision();
-    resetRoot3Alternation();
     MASTER.R1 = 0.5;
     MASTER.METHOD = 0;
     setSlopeSurface(8.0, std::tan(28.0 * kDegree), 0.4);
@@ -265,4 +261,36 @@ TEST_F(RmultTest, RoughnessWithoutEffectStopsTheSearchAfterTenPoints) {
     // The final solution is computed at the best factor of the ten.
     EXPECT_NEAR(MASTER.RFACTOR, rows[9].bestFactor, 1e-5);
     EXPECT_NEAR(MASTER.SF, rows[9].SF, 1e-3);
+}
+
+// ---------------------------------------------------------------------------------------------
+// A moment solution that fails
+// ---------------------------------------------------------------------------------------------
+
+// With SFTZ put at twice the safety factor, both moment solvers look for C = 1/SF where it is
+// not (SOLABC finds a factor below SFTZ, SOLXYZ's range ends below C) and MOMEQL gives -1 at
+// every evaluation. The slice table then holds a force solution whose moment arms belong to
+// no solution: the search returns the -1 (the driver reports it) instead of a solution that
+// the equilibrium check would find out of moment balance on every slice.
+TEST_F(RmultTest, AMomentFailureAtTheReturnedEvaluationIsHandedOn) {
+    setSlopeSurface(8.0, std::tan(28.0 * kDegree), 0.3);
+    prepare();
+    MASTER.CRTSCR = 1.0;
+    RMULT();
+    ASSERT_EQ(MASTER.IERR, 0);
+    const double solvedSF = MASTER.SF;
+
+    for (double critical : {1.0, 0.0}) {  // one evaluation, then the whole search
+        freshRun(dir);
+        MASTER.R1 = 0.5;
+        MASTER.METHOD = 0;
+        setSlopeSurface(8.0, std::tan(28.0 * kDegree), 0.3);
+        prepare();
+        MASTER.SFTZ = 2.0 * solvedSF;
+        MASTER.CRTSCR = critical;
+        RMULT();
+        EXPECT_EQ(MASTER.IERR, -1) << critical;
+        EXPECT_NE(logText().find(" **** SR/MOMEQL : Error codes from SOLABC, SOLXYZ and"), std::string::npos)
+            << critical;
+    }
 }

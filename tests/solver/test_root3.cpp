@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "control/control.h"
 #include "io/channels.h"
 #include "records.h"
 #include "solver/solver.h"
@@ -22,9 +23,8 @@ double root3(std::vector<double>& x, std::vector<double>& y, double xmin, double
 class Root3 : public ::testing::Test {
 protected:
     void SetUp() override {
-        clearRecords();
         io::resetAll();
-        resetRoot3Alternation();
+        startRun();
     }
 };
 

@@ -61,9 +61,6 @@ class Slv123Test : public ::testing::Test {
 protected:
     void SetUp() override {
         freshRun(dir);
-        resetSlv123Note();
-        resetMomeqlDecision();
-        resetRoot3Alternation();
         MASTER.R1 = 0.5;  // interslice roughness given: no question from the moment solution
     }
     TempDir dir;
@@ -112,7 +109,6 @@ TEST_F(Slv123Test, UndrainedCircleGivesTheMomentRatioForEveryMomentMethod) {
     const double su = 40.0;
     for (int method : {0, 1, 2, 3}) {
         freshRun(dir);
-        resetMomeqlDecision();
         MASTER.R1 = 0.5;
         setToeCircle(kSlices, 19.0, su, 0.0);
         for (int i = 1; i <= kSlices; ++i) SURF.R0(i) = 0.4;

@@ -111,14 +111,22 @@ TEST_F(Solxyz, TheTraceListsTheCoefficientsTheRangeAndEveryPoint) {
     EXPECT_NE(text.find("\n    10  1.00000"), std::string::npos);
 }
 
-TEST_F(Solxyz, ASolutionJustBelowZminIsReachedByTheRestartAndFlaggedError10) {
-    // Growing residuals from ZMIN: the scan starts again from half of ZMIN and finds the
-    // solution below ZMIN.
+TEST_F(Solxyz, ASolutionBelowZminIsFoundAndAcceptedByTheRestart) {
+    // Growing residuals from ZMIN = 0.8: the scan starts again from half of ZMIN, 0.4, and
+    // the solution 0.6837 lies within the range the restart searched, so it is the answer.
     const EquationCoefficients CC = systemWithSolution(kFrictionColumns, kSolutionA, kSolutionB, kSolutionC);
-    EXPECT_EQ(solve(CC, 0.8, 1.6), 10);
+    EXPECT_EQ(solve(CC, 0.8, 1.6), 0);
     EXPECT_LE(sumOfResiduals(CC), 0.05f);
     EXPECT_NEAR(Z, kSolutionC, 1.0E-5);
-    EXPECT_NE(log().find(" **** SR/SOLXYZ : Non-accepted solution X,Y,Z=="), std::string::npos);
+    EXPECT_NEAR(X, kSolutionA, 1.0E-4);
+    EXPECT_NEAR(Y, kSolutionB, 1.0E-4);
+    EXPECT_EQ(log().find(" **** SR/SOLXYZ : Non-accepted solution X,Y,Z=="), std::string::npos);
+}
+
+TEST_F(Solxyz, ASolutionBelowTheLinearRangeIsStillError10) {
+    // Without friction there is no scan and no restart: ZMIN is the bound.
+    const EquationCoefficients CC = systemWithSolution(kFrictionlessColumns, kSolutionA, kSolutionB, kSolutionC);
+    EXPECT_EQ(solve(CC, 0.8, 1.6), 10);
 }
 
 TEST_F(Solxyz, TheLeastResidualAtAnEndOfTheTableIsError13Or14) {
