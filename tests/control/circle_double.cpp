@@ -13,3 +13,6 @@ void setCircleDoubleHook(void (*hook)(std::string_view routine)) { gCircleHook =
 void CIRCLE() {
     if (gCircleHook) gCircleHook("CIRCLE");
 }
+
+// The double keeps nothing between calls; the start of a run finds nothing to reset here.
+void resetCircleRunState() {}
