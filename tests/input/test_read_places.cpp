@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "input/read_deck.h"
@@ -36,7 +37,18 @@ size_t count(const std::string& text, const std::string& part) {
 // The deck line of `tag`, as a line number of KALMO.INP.
 size_t lineOf(const Deck& deck, const std::string& tag) { return deck.index(tag) + 1; }
 
-class ReadPlaces : public ReadHarness {};
+class ReadPlaces : public ReadHarness {
+protected:
+    // Runs the deck; expects the code, and the end of the report (`report`, may be empty)
+    // followed at once by the place of the line tagged `tag`, as the deck holds it.
+    void expectPlace(const Deck& deck, int code, const std::string& report, const std::string& tag) {
+        ReadResult run = runRead(deck);
+        EXPECT_EQ(run.ierr, code) << run.console;
+        const size_t line = lineOf(deck, tag);
+        EXPECT_NE(run.console.find(report + at(line, deck.lines()[line - 1])), std::string::npos) << run.console;
+        EXPECT_EQ(count(run.console, " AT KALMO.INP LINE"), 1u) << run.console;
+    }
+};
 
 // ---------------------------------------------------------------------------------------------
 // Text beyond column 80
@@ -100,19 +112,54 @@ TEST_F(ReadPlaces, NothingAfterTheEndLineIsWarnedAbout) {
 // The line that an error names
 // ---------------------------------------------------------------------------------------------
 
-// The issue's own example: a letter O typed for a zero in the material table.
-TEST_F(ReadPlaces, ATypoInTheMaterialTableNamesItsLine) {
+// A change to the reference deck, the code READ returns, the end of the report the place must
+// follow at once (may be empty) and the tag of the line that must be named.
+struct Fault {
+    const char* what;
+    std::vector<std::pair<std::string, std::string>> changes;
+    int code;
+    std::string report;
+    std::string tag;
+};
+
+class ReadFaultPlaces : public ReadPlaces, public ::testing::WithParamInterface<Fault> {};
+
+TEST_P(ReadFaultPlaces, TheReportEndsWithTheLineWhereTheFaultLies) {
+    const Fault& fault = GetParam();
     Deck deck;
-    const std::string typo = "  2  2O.0 10.0  45.0  0.0  0.0  0.0  0.0  0.0  0.0  0.0  0.0   0.0";
-    deck.set("m3002", typo);
-    ReadResult run = runRead(deck);
-    EXPECT_EQ(run.ierr, 3002);
-    EXPECT_NE(run.console.find(" **** SR/READ - INPUT FILE FORMAT ERROR - ID=        3002\n" +
-                               at(lineOf(deck, "m3002"), typo)),
-              std::string::npos)
-        << run.console;
-    EXPECT_EQ(count(run.console, " AT KALMO.INP LINE"), 1u);
+    for (const auto& [tag, text] : fault.changes) deck.set(tag, text);
+    expectPlace(deck, fault.code, fault.report, fault.tag);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    EveryKindOfFault, ReadFaultPlaces,
+    ::testing::Values(
+        // A letter O typed for a zero in the material table.
+        Fault{"typo", {{"m3002", "  2  2O.0 10.0  45.0  0.0  0.0  0.0  0.0  0.0  0.0  0.0  0.0   0.0"}}, 3002,
+              " **** SR/READ - INPUT FILE FORMAT ERROR - ID=        3002\n", "m3002"},
+        // A record short of values runs on over the (now blank) next line into the heading,
+        // and fails there.
+        Fault{"shortRecord", {{"m3051", "  1  19.0  1.0  1.0  1.0   0.0"}, {"m3052", ""}}, 3051, "", "mSuHead"},
+        Fault{"recordNumber", {{"s4901", "  2  3"}}, 4901, " **** SR/READ - INPUT DATA CONTROL   ID=        4901\n",
+              "s4901"},
+        // The mesh builder's message and the reader's follow-up come first, then the place.
+        Fault{"mesh", {{"gX2", " -5.0   2.0  10.0  0"}}, 2, " **** SR/READ - SR/MESH PROBLEM  IERR=           2\n",
+              "gX2"},
+        // Checks made after later records were read name the record that is wrong, not the
+        // line the reading has reached.
+        Fault{"surfaceOrder", {{"s5001", "  0.0  20.0  10.0"}}, 1, "", "s5001"},
+        Fault{"waterTable", {{"p3430", "  1.0"}}, 201, "", "p3430"},
+        Fault{"referenceStress", {{"m3001", "  1  18.0  5.0  30.0  0.5  3.0  0.0  0.0  0.4  0.5  0.6  7.0  20.0"}}, 3060,
+              " **** SR/READ - INPUT DATA CONTROL   ID=        3060\n", "m2950"},
+        // Hydrostatic pore water contradicted: material 1 has a constant pore pressure, which
+        // wins over the x-lines, node values and unit weights (later checks win) ...
+        Fault{"materialPorePressure", {{"p3300", "  1"}}, 1, "\"PWPMAT\" IS NOT ZERO, MATERIAL =           1\n",
+              "m3001"},
+        // ... and without it the unequal unit weights of the water are named.
+        Fault{"unitWeights",
+              {{"p3300", "  1"}, {"m3001", "  1  18.0  5.0  30.0  0.0  0.0  0.0  0.0  0.4  0.5  0.6  7.0  20.0"}}, 4,
+              "\"GAMWAT\" IS NOT EQUAL TO \"GAMPWP\"\n", "p3450"}),
+    [](const ::testing::TestParamInfo<Fault>& info) { return std::string(info.param.what); });
 
 // Comment lines are dropped from the work copy but counted in KALMO.INP: the line number is
 // the one the user sees in an editor.
@@ -126,101 +173,14 @@ TEST_F(ReadPlaces, CommentLinesCountInTheLineNumber) {
     EXPECT_NE(run.console.find(at(10, "  TWELVE")), std::string::npos) << run.console;
 }
 
-// A record that runs short continues on the next lines; the read fails where the text that is
-// no number stands, here the heading that follows.
-TEST_F(ReadPlaces, ARecordShortOfValuesFailsOnTheLineAfterIt) {
-    Deck deck;
-    deck.set("m3051", "  1  19.0  1.0  1.0  1.0   0.0");
-    deck.remove("m3052");
-    ReadResult run = runRead(deck);
-    EXPECT_EQ(run.ierr, 3051);
-    EXPECT_NE(run.console.find(at(lineOf(deck, "mSuHead"), "UNDRAINED STRENGTH X-LINES")), std::string::npos)
-        << run.console;
-}
-
 // The place comes last, after the hint that belongs to the message.
 TEST_F(ReadPlaces, AnEndOfTheDataNamesTheLastLineRead) {
     Deck deck;
     deck.cutFrom("s5101");
-    ReadResult run = runRead(deck);
-    EXPECT_EQ(run.ierr, 5101);
-    EXPECT_NE(run.console.find(" **** SR/READ - ATTEMPT TO READ PAST END-OF-FILE  ID=        5101\n"
-                               " CHECK THAT GENERAL SURFACE PWP-VALUES ARE INCLUDED\n" +
-                               at(lineOf(deck, "s5001"), "  0.0  10.0  20.0")),
-              std::string::npos)
-        << run.console;
-}
-
-TEST_F(ReadPlaces, ACheckOfARecordNamesThatRecordsLine) {
-    Deck deck;
-    deck.set("s4901", "  2  3");
-    ReadResult run = runRead(deck);
-    EXPECT_EQ(run.ierr, 4901);
-    EXPECT_NE(run.console.find(" **** SR/READ - INPUT DATA CONTROL   ID=        4901\n" +
-                               at(lineOf(deck, "s4901"), "  2  3")),
-              std::string::npos)
-        << run.console;
-}
-
-// The mesh builder's message and the reader's follow-up come first, then the place.
-TEST_F(ReadPlaces, AMeshErrorNamesTheLineTheMeshBuilderStoppedOn) {
-    Deck deck;
-    deck.set("gX2", " -5.0   2.0  10.0  0");
-    ReadResult run = runRead(deck);
-    EXPECT_EQ(run.ierr, 2);
-    EXPECT_NE(run.console.find(" **** SR/READ - SR/MESH PROBLEM  IERR=           2\n" +
-                               at(lineOf(deck, "gX2"), " -5.0   2.0  10.0  0")),
-              std::string::npos)
-        << run.console;
-}
-
-// Checks made after later records were read name the record that is wrong, not the line the
-// reading has reached.
-TEST_F(ReadPlaces, AGeneralSurfaceOutOfOrderNamesItsXRecord) {
-    Deck deck;
-    deck.set("s5001", "  0.0  20.0  10.0");
-    ReadResult run = runRead(deck);
-    EXPECT_EQ(run.ierr, 1);
-    EXPECT_NE(run.console.find(at(lineOf(deck, "s5001"), "  0.0  20.0  10.0")), std::string::npos) << run.console;
-    EXPECT_EQ(count(run.console, " AT KALMO.INP LINE"), 1u);
-}
-
-TEST_F(ReadPlaces, AWaterTableWithPorePressureLinesNamesTheWaterTableRecord) {
-    Deck deck;
-    deck.set("p3430", "  1.0");
-    ReadResult run = runRead(deck);
-    EXPECT_EQ(run.ierr, 201);
-    EXPECT_NE(run.console.find(at(lineOf(deck, "p3430"), "  1.0")), std::string::npos) << run.console;
-}
-
-TEST_F(ReadPlaces, AReducedStrengthWithoutReferenceStressNamesRecord2950) {
-    Deck deck;
-    deck.set("m3001", "  1  18.0  5.0  30.0  0.5  3.0  0.0  0.0  0.4  0.5  0.6  7.0  20.0");
-    ReadResult run = runRead(deck);
-    EXPECT_EQ(run.ierr, 3060);
-    EXPECT_NE(run.console.find(at(lineOf(deck, "m2950"), "  0.0")), std::string::npos) << run.console;
-}
-
-// Hydrostatic pore water contradicted: the deck's material 1 has a constant pore pressure,
-// which wins over the x-lines, node values and unit weights (later checks win).
-TEST_F(ReadPlaces, AContradictedHydrostaticPorePressureNamesTheMaterialLine) {
-    Deck deck;
-    deck.set("p3300", "  1");
-    ReadResult run = runRead(deck);
-    EXPECT_EQ(run.ierr, 1);
-    const std::string material1 = "  1  18.0  5.0  30.0  0.0  3.0  0.0  0.0  0.4  0.5  0.6  7.0  20.0";
-    EXPECT_NE(run.console.find("\"PWPMAT\" IS NOT ZERO, MATERIAL =           1\n" + at(lineOf(deck, "m3001"), material1)),
-              std::string::npos)
-        << run.console;
-}
-
-TEST_F(ReadPlaces, UnequalWaterUnitWeightsNameTheHydrostaticUnitWeight) {
-    Deck deck;
-    deck.set("p3300", "  1");
-    deck.set("m3001", "  1  18.0  5.0  30.0  0.0  0.0  0.0  0.0  0.4  0.5  0.6  7.0  20.0");
-    ReadResult run = runRead(deck);
-    EXPECT_EQ(run.ierr, 4);
-    EXPECT_NE(run.console.find(at(lineOf(deck, "p3450"), "  9.0")), std::string::npos) << run.console;
+    expectPlace(deck, 5101,
+                " **** SR/READ - ATTEMPT TO READ PAST END-OF-FILE  ID=        5101\n"
+                " CHECK THAT GENERAL SURFACE PWP-VALUES ARE INCLUDED\n",
+                "s5001");
 }
 
 // ---------------------------------------------------------------------------------------------
