@@ -21,7 +21,8 @@
 // Reads:  the answers on channel 8; after reading: the counts of the problem records, IDTYP,
 //         IDEFTO, IDPWP, METHOD, MAT(BFCT, m), NUMGEN, NNAILS, the control data
 // Writes: MASTER constants, channels and bookkeeping (KBEST, KLAST, KBSAVE, KLSAVE, BESTSF,
-//         BESTE2, NUMSRF, NTYP, NSLREQ, SF, the control data), POSTGRAF.NFCOPY, BEST.SF
+//         BESTE2, NUMSRF, NTYP, NSLREQ, SF, the control data), POSTGRAF.NFCOPY, BEST.SF;
+//         how the run ended (runExitStatus: normal end, error exit, input refused)
 // IERR:   cleared before reading; a code from READ ends the run; 1 after a failed check of
 //         the problem size or the control data (the run then ends)
 
@@ -55,6 +56,7 @@ constexpr int kNoHelpCopy = 7;               // a log-copy channel 7 skips the i
 
 std::string gCommandLine;
 int gStartElapsed = 0;  // elapsed seconds given by the clock at the start of the run
+int gExitStatus = kExitNormal;  // how the run ended, for the exit status of the process
 
 // The control data line. The values stand right-aligned under the last letter of their
 // heading: CRTSCR F7.3, R1 F6.3, R2 F7.3, R3 F7.3, H3(1) F9.3, H3(2) F8.3, JPRINT I8,
@@ -85,6 +87,13 @@ void writeBoth(int nf1, int nf2, const std::string& text) {
 // Start-up
 // ---------------------------------------------------------------------------------------------
 
+// After the open message, which gives only codes, the file and the folder in plain words.
+void sayNotOpened(std::string_view fileName) {
+    std::error_code ec;
+    const std::string folder = std::filesystem::current_path(ec).string();
+    say(io::Line().X(1).A(fileName).A(" COULD NOT BE OPENED IN ").A(folder).str());
+}
+
 // Opens the channels of the run. On a failure writes the open message and the error exit and
 // returns false.
 bool openChannels() {
@@ -94,6 +103,7 @@ bool openChannels() {
 
     int status = 0;
     int failedUnit = 0;
+    const char* failedName = "";
     std::error_code ec;
     if (!std::filesystem::exists("SVAR.TMP", ec)) {
         io::bindStdin(MASTER.NFIN);
@@ -102,10 +112,16 @@ bool openChannels() {
         io::bindNull(POSTGRAF.NFCOPY);
     } else {
         status = io::openOld(MASTER.NFIN, "SVAR.TMP");
-        if (status != 0) failedUnit = MASTER.NFIN;
+        if (status != 0) {
+            failedUnit = MASTER.NFIN;
+            failedName = "SVAR.TMP";
+        }
         if (status == 0) {
             status = io::openNew(MASTER.NFOUT, "SVAR.EKO");
-            if (status != 0) failedUnit = MASTER.NFOUT;
+            if (status != 0) {
+                failedUnit = MASTER.NFOUT;
+                failedName = "SVAR.EKO";
+            }
         }
         // Only the first two characters of the command line matter: a "0" there keeps the
         // copies of the dialogue off the screen.
@@ -128,11 +144,15 @@ bool openChannels() {
     for (const RunFile& file : files) {
         if (status != 0) break;
         status = file.mustExist ? io::openOld(file.unit, file.name) : io::openNew(file.unit, file.name);
-        if (status != 0) failedUnit = file.unit;
+        if (status != 0) {
+            failedUnit = file.unit;
+            failedName = file.name;
+        }
     }
     if (status == 0) return true;
 
     say(io::Line().A(" Fel i fil\"ppning  IERR=").Free(status).A(" filnr=").Free(failedUnit).str());
+    sayNotOpened(failedName);
     io::writeLine(POSTGRAF.NFCOPY, io::freeRecord("ERROR EXIT from program KALMO"));
     return false;
 }
@@ -507,10 +527,14 @@ void endRun() {
 
 void setCommandLine(std::string_view text) { gCommandLine = std::string(text); }
 
+int runExitStatus() { return gExitStatus; }
+
 void CONTRL() {
+    gExitStatus = kExitNormal;
     // The constants, the channel numbers, no best surface yet, and every run-long state fresh.
     startRun();
     if (!openChannels()) {
+        gExitStatus = kExitFilesNotOpened;
         io::closeAll();
         return;
     }
@@ -527,6 +551,7 @@ void CONTRL() {
     clearBeforeReading();
     READ();
     if (MASTER.IERR != 0) {
+        gExitStatus = kExitInputRefused;
         sayPrompt(" SHALL HELP MENU BE DISPLAYED (Y/N) ..... ");
         YESNO(answer, MASTER.NFIN);
         if (answer == 1) HELP(2);
@@ -536,12 +561,14 @@ void CONTRL() {
 
     writeTitles();
     if (!sizesPass() || !controlDataPass()) {
+        gExitStatus = kExitInputRefused;
         endRun();
         return;
     }
     if (MASTER.JSTRES < 1) MASTER.JSTRES = 1;
     if (MASTER.JSTRES > 2) MASTER.JSTRES = 2;
     if (!combinedAnalysisPass()) {
+        gExitStatus = kExitInputRefused;
         endRun();
         return;
     }

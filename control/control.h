@@ -24,6 +24,15 @@ void INPOUT(int nf, int& flag);
 void HELP(int kind);
 void PAGES(int nf, int section, int& answer, int& ierr);
 
+// How the last run of CONTRL ended, as the exit status of the process, so that a script
+// running many sections can tell a failed run: 0 the normal end ("End of program KALMO"),
+// 1 the error exit (a file of the run could not be opened), 2 the input was refused (an error
+// of the input file, a size problem or a control data error ended the run).
+constexpr int kExitNormal = 0;
+constexpr int kExitFilesNotOpened = 1;
+constexpr int kExitInputRefused = 2;
+int runExitStatus();
+
 // The program's command line as the entry received it (the arguments joined by blanks).
 // CONTRL looks at its first two characters in batch mode.
 void setCommandLine(std::string_view text);

@@ -1,7 +1,7 @@
 // control/kalmo.cpp
 //
 // KALMO — program entry. Stores the version date text, passes the command line on and hands
-// control to the central routine; the process then ends normally.
+// control to the central routine; the process then ends with the exit status of the run.
 
 #include <string>
 
@@ -18,5 +18,8 @@ int main(int argc, char** argv) {
     }
     setCommandLine(commandLine);
     CONTRL();
-    return 0;
+    // The process used to end with status 0 whatever happened; it now reports a run that
+    // ended on unopenable files or on a refused input, so that a script running many
+    // sections one after the other can tell which runs failed (0 still means a normal end).
+    return runExitStatus();
 }

@@ -17,10 +17,16 @@
 // consistent file with too much data therefore reads to its end and meets the size message,
 // not a read error. The line control points, which no size check covers, are refused instead.
 //
+// An error message names the failing record by its ID; the report then ends with the line of
+// KALMO.INP where it stands (" AT KALMO.INP LINE n:" and the line's text): the line the reading
+// stopped on, or the line of an earlier record that the failed check found wrong. A copied line
+// with text beyond column 80, which the reading cuts off, is warned about once.
+//
 // Reads:  KALMO.INP (channel NF14); answers from NFIN; MASTER.PI, NFOUT, POSTGRAF.NFCOPY
-// Writes: KALMO.TMP (NF15), the echo print on KALMO.RES (NF16); MASTER control data, TEXT
-//         titles, POSTGRAF, GEOMSH wall data, ISOLPR/SOLPRP, IWATER/WATER1, ILOA/LOAD,
-//         IGENER/GENERL, LINECONTROL; MESH and READSN fill IGEOMS/GEOMSH and SNAILS
+// Writes: KALMO.TMP (NF15), the echo print on KALMO.RES (NF16), the column-80 warnings also on
+//         KALMO.LOG (NF18); MASTER control data, TEXT titles, POSTGRAF, GEOMSH wall data,
+//         ISOLPR/SOLPRP, IWATER/WATER1, ILOA/LOAD, IGENER/GENERL, LINECONTROL; MESH and READSN
+//         fill IGEOMS/GEOMSH and SNAILS
 // IERR:   0 accepted; otherwise the number of the failing record (read failures and data
 //         control), or: 1 fewer than 50 lines, bad analysis code, strength factors refused,
 //         strip load or general surface x out of order; 5 fewer materials than the mesh uses;
@@ -29,11 +35,14 @@
 //         stopped for a missing water unit weight; 2, 3, 4 or a material number: hydrostatic
 //         pore pressure contradicted; the code of MESH, INTPOL or READSN as it stands
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "control/control.h"
 #include "input/input.h"
@@ -63,6 +72,36 @@ double weightFactor = 1.0;
 // past the end of the file, with a hint at what may be missing.
 bool readingSurfaces = false;
 
+// Where the lines of the work file came from, so that an error can name the line of KALMO.INP
+// as the user wrote it: work line k is line inputLineOf[k - 1] of KALMO.INP, with that text.
+std::vector<int> inputLineOf;
+std::vector<std::string> inputText;
+// The work line on which the read of each record ended, by record ID.
+std::map<int, int> recordLine;
+// The work line an error names: 0 is the line read last, where the reading stopped.
+int errorLine = 0;
+// The error has named its place already, or has no place in the file to name.
+bool placeNamed = false;
+
+// " AT KALMO.INP LINE n:" and the text of that line, after an error message.
+void sayInputLine(int lineNumber, std::string_view text) {
+    std::string shown(text);
+    while (!shown.empty() && (shown.back() == ' ' || shown.back() == '\t')) shown.pop_back();
+    say(io::Line().A(" AT KALMO.INP LINE ").A(std::to_string(lineNumber)).A(":").A(shown).str());
+}
+
+// Names the line of KALMO.INP that work line `workLine` was copied from.
+void sayWorkLine(int workLine) {
+    if (workLine < 1 || workLine > static_cast<int>(inputLineOf.size())) return;
+    sayInputLine(inputLineOf[workLine - 1], inputText[workLine - 1]);
+}
+
+// An error found after record `id` was read lies in that record: name its line.
+void blameRecord(int id) {
+    const auto found = recordLine.find(id);
+    if (found != recordLine.end()) errorLine = found->second;
+}
+
 void formatError(int id) {
     say(io::Line().A(" **** SR/READ - INPUT FILE FORMAT ERROR - ID=").Free(id).str());
     MASTER.IERR = id;
@@ -88,7 +127,10 @@ void dataControl(int id) {
 
 // Reports a failed free-format read of record `id`; returns true when the read went well.
 bool readOk(const io::FreeReader& reader, int id) {
-    if (reader.ok()) return true;
+    if (reader.ok()) {
+        recordLine[id] = io::linePosition(MASTER.NF15);
+        return true;
+    }
     if (reader.atEnd() && readingSurfaces) {
         pastEndOfFile(id);
     } else {
@@ -155,6 +197,23 @@ bool answeredYes(std::string_view prompt, bool batchAnswer) {
 // ---------------------------------------------------------------------------------------------
 // Work file and titles
 // ---------------------------------------------------------------------------------------------
+
+// Lines are read as 80 characters: text beyond column 80 would be lost without a sign, and a
+// value cut short there changes the problem. Such a line is named once, as it is copied.
+bool isCutOff(std::string_view line) {
+    return line.size() > static_cast<size_t>(io::kLineLength) && !io::isBlank(line.substr(io::kLineLength));
+}
+
+void warnCutOff(int lineNumber) {
+    const std::string warning = io::Line()
+                                    .A(" **** WARNING : KALMO.INP LINE ")
+                                    .A(std::to_string(lineNumber))
+                                    .A(" HAS TEXT BEYOND COLUMN 80, IGNORED")
+                                    .str();
+    say(warning);
+    io::writeLine(MASTER.NF18, warning);
+}
+
 bool prepare() {
     sayPrompt(" SHALL ECHO PRINT OF INPUT DATA BE MADE (Y/N) .... ");
     int answer = 0;
@@ -168,16 +227,29 @@ bool prepare() {
 
     // The count includes the line that stops the copy (the END line or the failed read).
     int lineCount = 0;
-    std::string line;
+    bool endLine = false;
+    std::string line, lastRead;
     for (;;) {
         ++lineCount;
-        if (io::readLine(MASTER.NF14, line) != io::kReadOk) break;
-        if (line.compare(0, 3, "END") == 0) break;
+        if (io::readLine(MASTER.NF14, line, -1) != io::kReadOk) break;
+        const bool beyondColumn80 = isCutOff(line);
+        line.resize(std::min(line.size(), static_cast<size_t>(io::kLineLength)));
+        lastRead = line;
+        endLine = line.compare(0, 3, "END") == 0;
+        if (endLine) break;
         bool comment = lineCount >= 3 && !line.empty() && (line[0] == '*' || line[0] == 'C');
-        if (!comment) io::writeLine(MASTER.NF15, line);
+        if (comment) continue;
+        if (beyondColumn80) warnCutOff(lineCount);
+        io::writeLine(MASTER.NF15, line);
+        inputLineOf.push_back(lineCount);
+        inputText.push_back(line);
     }
     if (lineCount < kMinLines) {
         say(io::Line().A(" **** SR/READ - LESS THAN 50 LINES IN INPUT FILE").Free(lineCount).str());
+        // Where the copy stopped: at an END line, or at the last line of the file.
+        const int lastLine = endLine ? lineCount : lineCount - 1;
+        if (lastLine >= 1) sayInputLine(lastLine, lastRead);
+        placeNamed = true;
         MASTER.IERR = 1;
         return false;
     }
@@ -487,6 +559,7 @@ bool materialSection(int highestMaterial) {
     }
 
     if (reducedStrength && !(SOLPRP.STRDAT(3) > kSmall)) {
+        blameRecord(2950);
         dataControl(3060);
         return false;
     }
@@ -529,6 +602,12 @@ bool hydrostaticCheck() {
         if (std::abs(SOLPRP.MAT(RUFCT, i)) > kSmall) code = 600 + i;
     }
     if (code == 0) return true;
+
+    // The contradicting record, not the line read last, is where the input is wrong.
+    if (code == 2) blameRecord(3400);
+    if (code == 3) blameRecord(3420);
+    if (code == 4) blameRecord(3450);
+    if (code > 500) blameRecord(3000 + code % 100);
 
     say(" **** SR/READ : HYDROSTATIC PWP WAS SPECIFIED, BUT INPUT DATA");
     say(io::freeRecord("CONTAINS NON-HYDROSTATIC CONTRIBUTION(S) :"));
@@ -589,6 +668,7 @@ bool porewaterSection() {
         if (std::abs(WATER1.ZWATER) > kSmall) {
             say(" **** SR/READ : X-LINES WITH PWP WERE GIVEN");
             say(io::Line().A(" **** WATER TABLE Z VALUE IS NON-ZERO : ").Free(WATER1.ZWATER).str());
+            blameRecord(3430);
             MASTER.IERR = 201;
             return false;
         }
@@ -596,6 +676,7 @@ bool porewaterSection() {
             say(" **** SR/READ : X-LINES WITH PWP WERE GIVEN");
             say(io::Line().A(" **** WATER UNIT WEIGHT IS GIVEN AS : ").Free(WATER1.GAMWAT).str());
             if (!answeredYes(" SHALL RUN BE CONTINUED (Y/N)....... ", true)) {
+                blameRecord(3440);
                 MASTER.IERR = 202;
                 return false;
             }
@@ -759,6 +840,7 @@ bool generalSurfaces() {
                         .Free(previous)
                         .Free(current)
                         .str());
+                blameRecord(5000 + i);
                 MASTER.IERR = 1;
                 return false;
             }
@@ -791,24 +873,42 @@ bool lineControl() {
     return true;
 }
 
+// Reads the file section by section; false when an error stopped the reading.
+bool readSections(int& highestMaterial) {
+    if (!prepare()) return false;
+    if (!controlSection()) return false;
+    if (!geometrySection(highestMaterial)) return false;
+    if (!materialSection(highestMaterial)) return false;
+    if (!porewaterSection()) return false;
+    if (!loadSection()) return false;
+
+    readingSurfaces = true;
+    if (!generalSurfaces()) return false;
+    if (!lineControl()) return false;
+    readingSurfaces = false;
+    return true;
+}
+
 }  // namespace
 
 void READ() {
     readingSurfaces = false;
     lengthFactor = forceFactor = stressFactor = weightFactor = 1.0;
+    inputLineOf.clear();
+    inputText.clear();
+    recordLine.clear();
+    errorLine = 0;
+    placeNamed = false;
 
-    if (!prepare()) return;
-    if (!controlSection()) return;
     int highestMaterial = 0;
-    if (!geometrySection(highestMaterial)) return;
-    if (!materialSection(highestMaterial)) return;
-    if (!porewaterSection()) return;
-    if (!loadSection()) return;
-
-    readingSurfaces = true;
-    if (!generalSurfaces()) return;
-    if (!lineControl()) return;
-    readingSurfaces = false;
+    if (!readSections(highestMaterial)) {
+        // The messages name a record; this line names where it stands in KALMO.INP. The
+        // reading stopped on the line read last (the last line of the file for an end of the
+        // data), unless the error lies in a record read earlier.
+        if (MASTER.IERR != 0 && !placeNamed)
+            sayWorkLine(errorLine > 0 ? errorLine : io::linePosition(MASTER.NF15));
+        return;
+    }
 
     if (MASTER.JPLOT >= 2) {
         MASTER.IERR = 9;

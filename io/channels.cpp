@@ -6,6 +6,7 @@
 
 #include "io/channels.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -246,6 +247,12 @@ int readLine(int unit, std::string& line, int maxLength) {
         default:
             return kReadError;
     }
+}
+
+int linePosition(int unit) {
+    Channel* c = channel(unit);
+    if (!c || c->kind != Kind::File) return 0;
+    return static_cast<int>(std::min(c->position, c->lines.size()));
 }
 
 void writeLine(int unit, std::string_view text) {

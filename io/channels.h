@@ -50,6 +50,10 @@ void backspace(int unit);
 // return before the line end is dropped. The line is not padded.
 int readLine(int unit, std::string& line, int maxLength = kLineLength);
 
+// The position of a file channel as a line number: after a line has been read, its number
+// in the file (1 for the first line); 0 after a rewind, and for every other kind of channel.
+int linePosition(int unit);
+
 // Writes one line. A line left open by a prompt is ended first: every write starts a new line.
 void writeLine(int unit, std::string_view text);
 

@@ -183,22 +183,52 @@ protected:
 // Start-up and files
 // ---------------------------------------------------------------------------------------------
 
-TEST_F(Contrl, AnEmptyFolderEndsWithTheOpenMessageAndNothingElse) {
+// The plain line after the open message names the file and the folder it was looked for in.
+std::string notOpened(const std::string& file) {
+    return " " + file + " COULD NOT BE OPENED IN " + std::filesystem::current_path().string() + "\n";
+}
+
+TEST_F(Contrl, AnEmptyFolderEndsWithTheOpenMessageAndTheFileInPlainWords) {
     CONTRL();
     // Interactively the error exit goes to the null device; the console has the open message.
-    EXPECT_EQ(screen_.str(), " Fel i fil\"ppning  IERR=        6416 filnr=          14\n");
+    EXPECT_EQ(screen_.str(), " Fel i fil\"ppning  IERR=        6416 filnr=          14\n" + notOpened("KALMO.INP"));
     EXPECT_FALSE(dir_.exists("KALMO.LOG"));
     EXPECT_FALSE(dir_.exists("KALMO.RES"));
     EXPECT_TRUE(calls().empty());
+    EXPECT_EQ(runExitStatus(), kExitFilesNotOpened);
 }
 
 TEST_F(Contrl, InBatchTheOpenFailureIsRecordedAndTheErrorExitShown) {
     dir_.write("SVAR.TMP", "N\n8\n");
     CONTRL();
-    const std::string message = " Fel i fil\"ppning  IERR=        6416 filnr=          14\n";
+    const std::string message = " Fel i fil\"ppning  IERR=        6416 filnr=          14\n" + notOpened("KALMO.INP");
     EXPECT_EQ(dir_.read("SVAR.EKO"), message);
     EXPECT_EQ(screen_.str(), message + " ERROR EXIT from program KALMO\n");
     EXPECT_TRUE(calls().empty());
+    EXPECT_EQ(runExitStatus(), kExitFilesNotOpened);
+}
+
+// A folder named like a result file cannot be opened as that file: the line names it.
+TEST_F(Contrl, TheLineNamesWhicheverFileFailedToOpen) {
+    dir_.write("KALMO.INP", "TEST INPUT\n");
+    std::filesystem::create_directory(dir_.path("KALMO.RES"));
+    CONTRL();
+    EXPECT_NE(screen_.str().find(" filnr=          16\n" + notOpened("KALMO.RES")), std::string::npos) << screen_.str();
+    EXPECT_EQ(runExitStatus(), kExitFilesNotOpened);
+}
+
+TEST_F(Contrl, ANormalEndGivesExitStatusZero) {
+    interactive("N\n8\n");
+    EXPECT_EQ(runExitStatus(), kExitNormal);
+}
+
+TEST_F(Contrl, TheExitStatusIsThatOfTheLatestRun) {
+    CONTRL();  // no input file
+    EXPECT_EQ(runExitStatus(), kExitFilesNotOpened);
+    TearDown();
+    SetUp();
+    interactive("N\n8\n");
+    EXPECT_EQ(runExitStatus(), kExitNormal);
 }
 
 TEST_F(Contrl, TheOpenMessageTextIsTwentyFourCharactersWithAQuote) {
@@ -328,6 +358,7 @@ TEST_F(Contrl, AnInputErrorOffersTheHelpMenuAndEndsWithTheTimeUsed) {
                               " TIME USED =           0 SECONDS\n"}));
     EXPECT_EQ(out.find(" INPUT FILE TEXT LINES ARE :"), std::string::npos);
     EXPECT_EQ(out.find(kMenu), std::string::npos);
+    EXPECT_EQ(runExitStatus(), kExitInputRefused);
 }
 
 TEST_F(Contrl, AnInputErrorWithoutHelpStillEnds) {
@@ -338,6 +369,7 @@ TEST_F(Contrl, AnInputErrorWithoutHelpStillEnds) {
     EXPECT_EQ(screen_.str().find(kHelpMenu), std::string::npos);
     EXPECT_NE(dir_.read("SVAR.EKO").find(" TIME USED ="), std::string::npos);
     EXPECT_TRUE(inOrder(screen_.str(), {" SHALL HELP MENU BE DISPLAYED (Y/N) ..... ", kEnd}));
+    EXPECT_EQ(runExitStatus(), kExitInputRefused);
 }
 
 TEST_F(Contrl, TheTitleLinesGoToTheConsoleAndTheLog) {
@@ -387,6 +419,7 @@ TEST_F(Contrl, SeveralSizeProblemsAreAllReportedBeforeTheRunEnds) {
     EXPECT_EQ(out.find(kMenu), std::string::npos);
     EXPECT_NE(out.find(" TIME USED ="), std::string::npos);
     EXPECT_EQ(MASTER.IERR, 1);
+    EXPECT_EQ(runExitStatus(), kExitInputRefused);
 }
 
 TEST_F(Contrl, AllControlDataErrorsAreReported) {
@@ -410,6 +443,7 @@ TEST_F(Contrl, OneControlDataErrorIsEnough) {
     EXPECT_NE(out.find(" CONTROL DATA ERROR , IDEFTO =           4\n"), std::string::npos);
     EXPECT_EQ(count(out, "CONTROL DATA ERROR"), 1);
     EXPECT_EQ(out.find(kMenu), std::string::npos);
+    EXPECT_EQ(runExitStatus(), kExitInputRefused);
 }
 
 TEST_F(Contrl, TheResultPrintModeIsLimitedToOneOrTwo) {
@@ -432,6 +466,7 @@ TEST_F(Contrl, CombinedAnalysisRefusesAnEarthPressureProblem) {
     EXPECT_NE(out.find(" **** EARTH PRESSURE ANALYSIS AND COMBINED ANALYSIS ARE IN-COMPATIBLE\n"), std::string::npos);
     EXPECT_EQ(out.find(kMenu), std::string::npos);
     EXPECT_NE(out.find(" TIME USED ="), std::string::npos);
+    EXPECT_EQ(runExitStatus(), kExitInputRefused);
 }
 
 TEST_F(Contrl, CombinedAnalysisRefusesTheFirstMaterialWithAPorePressureParameterB) {

@@ -265,3 +265,26 @@ TEST_F(Help, InBatchModeAtATerminalTheMenuIsShown) {
     EXPECT_NE(console_.str().find("          KALMO HELP MENU\n"), std::string::npos);
     EXPECT_EQ(nextAnswer(), -1);  // the 7 was read by the menu
 }
+
+// The help and instruction texts quote the messages the program writes about where the input
+// is wrong, and the exit statuses of the program, in the program's own words.
+TEST(ShippedTexts, QuoteTheInputPlaceMessagesAndTheExitStatus) {
+    auto whole = [](const std::string& name) {
+        std::ifstream in(std::string(KALMO_SOURCE_DIR) + "/" + name, std::ios::binary);
+        std::ostringstream text;
+        text << in.rdbuf();
+        return text.str();
+    };
+    const std::string help = whole("HELP.KMO");
+    const std::string instruct = whole("INSTRUCT.KMO");
+    EXPECT_NE(help.find(" **** WARNING : KALMO.INP LINE n HAS TEXT BEYOND COLUMN 80, IGNORED\n"), std::string::npos);
+    EXPECT_NE(help.find(" AT KALMO.INP LINE 82:"), std::string::npos);
+    EXPECT_NE(help.find(" KALMO.INP COULD NOT BE OPENED IN folder\n"), std::string::npos);
+    for (const char* status : {"   0  normal end", "   1  error exit", "   2  the input was refused"})
+        EXPECT_NE(help.find(status), std::string::npos) << status;
+    for (const char* status : {" 0  normal end", " 1  ERROR EXIT", " 2  the input was refused"})
+        EXPECT_NE(instruct.find(status), std::string::npos) << status;
+    // The reader counts the END line (or the read past the end) as line 50 at the least.
+    EXPECT_NE(instruct.find("at least 49 lines before the END line"), std::string::npos);
+    EXPECT_NE(help.find("The END line must be line 50 or later"), std::string::npos);
+}

@@ -51,6 +51,16 @@ TEST_P(FormatErrorTest, ReportsTheRecordNumber) {
     expectFailure(Deck().set(bad.tag, bad.text), bad.id, {msg(kFormat, bad.id)});
 }
 
+// The deck has no comment lines, so the line of KALMO.INP is the place of the tag in the deck;
+// the line named is the one just written with the bad value, right after the message.
+TEST_P(FormatErrorTest, NamesTheLineOfTheInputFileThatHoldsTheBadValue) {
+    const BadValue bad = GetParam();
+    const Deck deck = Deck().set(bad.tag, bad.text);
+    ReadResult run = runRead(deck);
+    const std::string place = " AT KALMO.INP LINE " + std::to_string(deck.index(bad.tag) + 1) + ":" + bad.text;
+    EXPECT_NE(run.console.find(msg(kFormat, bad.id) + "\n" + place + "\n"), std::string::npos) << run.console;
+}
+
 INSTANTIATE_TEST_SUITE_P(
     EveryRecordKind, FormatErrorTest,
     ::testing::Values(BadValue{"c100", "  1.0  ONE", 100}, BadValue{"c200", "  X", 200}, BadValue{"c500", "  1.5", 500},

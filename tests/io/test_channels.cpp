@@ -74,6 +74,35 @@ TEST_F(Channels, RewindAndBackspace) {
     EXPECT_EQ(line, "a");
 }
 
+TEST_F(Channels, TheLinePositionIsTheNumberOfTheLineReadLast) {
+    dir_.write("IN.TXT", "a\nb\nc\n");
+    ASSERT_EQ(openOld(15, dir_.path("IN.TXT")), 0);
+    std::string line;
+    EXPECT_EQ(linePosition(15), 0);
+    readLine(15, line);
+    readLine(15, line);
+    EXPECT_EQ(linePosition(15), 2);
+    backspace(15);
+    EXPECT_EQ(linePosition(15), 1);
+    readLine(15, line);
+    readLine(15, line);
+    EXPECT_EQ(readLine(15, line), kReadEnd);  // the end of the file leaves the last line named
+    EXPECT_EQ(linePosition(15), 3);
+    rewind(15);
+    EXPECT_EQ(linePosition(15), 0);
+    bindStdout(6);
+    EXPECT_EQ(linePosition(6), 0);
+    EXPECT_EQ(linePosition(200), 0);
+}
+
+TEST_F(Channels, ALineReadWithoutALimitKeepsAllItsCharacters) {
+    dir_.write("IN.TXT", std::string(100, 'A') + "\r\n");
+    ASSERT_EQ(openOld(14, dir_.path("IN.TXT")), 0);
+    std::string line;
+    ASSERT_EQ(readLine(14, line, -1), kReadOk);
+    EXPECT_EQ(line, std::string(100, 'A'));
+}
+
 TEST_F(Channels, WritesGoThroughToDisk) {
     ASSERT_EQ(openNew(16, dir_.path("OUT.TXT")), 0);
     writeLine(16, "one");

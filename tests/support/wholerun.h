@@ -7,10 +7,12 @@
 //   args.txt           optional: the command line arguments, on one line
 //   stdin.txt          optional: the standard input of the run (else the null device)
 //   absent.txt         optional: files the run must not create, one name a line
+//   status.txt         optional: the exit status the run must end with (else 0)
 //   expected/<file>    the text each named file must hold after the run; expected/screen.txt
 //                      is the standard output
 // Dates and times in the output are masked before the comparison ("DD MON YYYY", "HH:MM:SS",
-// " TIME USED = <seconds> SECONDS"), so the expected files hold the masked form.
+// " TIME USED = <seconds> SECONDS"), and so is the working folder of the run ("<folder>"), so
+// the expected files hold the masked form.
 // To run a case by hand: copy its input files into an empty folder and start the program there
 // with the arguments and standard input of the case.
 
@@ -46,6 +48,17 @@ inline std::string maskClock(const std::string& text) {
     std::string masked = std::regex_replace(text, date, "DD MON YYYY");
     masked = std::regex_replace(masked, time, "HH:MM:SS");
     return std::regex_replace(masked, used, " TIME USED = <seconds> SECONDS");
+}
+
+// The working folder of a run, wherever the test made it, reads as "<folder>".
+inline std::string maskFolder(std::string text, const std::filesystem::path& folder) {
+    std::error_code ec;
+    for (const std::string& name : {std::filesystem::canonical(folder, ec).string(), folder.string()}) {
+        if (name.empty()) continue;
+        for (size_t at = text.find(name); at != std::string::npos; at = text.find(name, at))
+            text.replace(at, name.size(), "<folder>");
+    }
+    return text;
 }
 
 inline std::string shellQuoted(const std::string& text) {
@@ -86,6 +99,7 @@ inline void checkCase(const std::string& name) {
     std::vector<std::string> arguments;
     std::string stdinFile;
     std::vector<std::string> absent;
+    int expectedStatus = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(caseFolder)) {
         if (!entry.is_regular_file()) continue;
         const std::string file = entry.path().filename().string();
@@ -94,6 +108,8 @@ inline void checkCase(const std::string& name) {
             for (std::string word; words >> word;) arguments.push_back(word);
         } else if (file == "stdin.txt") {
             stdinFile = entry.path().string();
+        } else if (file == "status.txt") {
+            std::istringstream(readFile(entry.path())) >> expectedStatus;
         } else if (file == "absent.txt") {
             std::istringstream names(readFile(entry.path()));
             for (std::string absentName; names >> absentName;) absent.push_back(absentName);
@@ -103,7 +119,7 @@ inline void checkCase(const std::string& name) {
     }
 
     RunOutcome outcome = runProgram(work.string(), arguments, stdinFile, root.path("screen.txt"));
-    EXPECT_EQ(outcome.exitCode, 0) << "case " << name;
+    EXPECT_EQ(outcome.exitCode, expectedStatus) << "case " << name;
 
     int compared = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(caseFolder / "expected")) {
@@ -111,7 +127,7 @@ inline void checkCase(const std::string& name) {
         const std::string expected = readFile(entry.path());
         const std::string actual = file == "screen.txt" ? outcome.screen : readFile(work / file);
         EXPECT_TRUE(file == "screen.txt" || fs::exists(work / file)) << "case " << name << ": " << file << " missing";
-        EXPECT_EQ(maskClock(actual), expected) << "case " << name << ": " << file;
+        EXPECT_EQ(maskClock(maskFolder(actual, work)), expected) << "case " << name << ": " << file;
         ++compared;
     }
     EXPECT_GT(compared, 0) << "case " << name << " has no expected files";
