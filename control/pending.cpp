@@ -1,6 +1,6 @@
 // control/pending.cpp
 //
-// Stand-ins for routines that are not written yet: CIRCLE, COMBND and GENRALZI.
+// Stand-ins for routines that are not written yet: CIRCLE and COMBND.
 // They let the central decision loop run end to end; each is removed from this file as the
 // real routine lands, and the file goes with the last of them.
 //
@@ -31,4 +31,3 @@ void setPendingHook(PendingHook hook) { gHook = hook; }
 
 void CIRCLE() { pending("CIRCLE"); }
 void COMBND() { pending("COMBND"); }
-void GENRALZI() { pending("GENRALZI"); }

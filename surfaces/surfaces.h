@@ -21,6 +21,10 @@ void GENSRF(int N, const double* XG, const double* ZG, double XSHIFT, double ZSH
 // (as at program start; tests begin a fresh run with it).
 void resetGenralModifications();
 
+// The base line of the current slices (NUMSLC of them) as general surface 2: the entry point,
+// the left end of every later slice base and the exit point; NPGEN(2) = NPGEN(3) = the count.
+void MOVEC2G();
+
 // Forgets the critical plane of the earth-pressure plane sweeps (as at program start; tests
 // begin a fresh run with it).
 void resetPlaneCritical();

@@ -1,5 +1,5 @@
 // Test hook of the stand-ins in control/pending.cpp: each stand-in calls the hook with its
-// own name ("CIRCLE", ..., "GENRALZI"). Goes with that file.
+// own name ("CIRCLE", "COMBND"). Goes with that file.
 
 #pragma once
 
