@@ -51,7 +51,7 @@ constexpr double kNoSweepBest = 1.0E30;
 constexpr int kTrials = 12;
 constexpr int kMaxImprovingIterations = 50;
 constexpr int kEchoMaxLines = 10000;
-constexpr int kMinVertices = 5;             // the end sweeps measure h on vertices 4 and 5
+constexpr int kMinVertices = 5;             // the end sweeps measure h on vertices 4 and 5: 4 slices
 
 constexpr int kPresent = 2;
 constexpr int kTrial = 3;
@@ -294,7 +294,7 @@ void GENRALZI() {
     MASTER.NUMSLC = lastSurfaceSlices();
     MOVEC2G();
     if (!usableStart()) {
-        refuse(io::Line("LAST SURFACE NEEDS AT LEAST").Free(kMinVertices - 1).A(" SLICES , NO SEARCH").str());
+        refuse("LAST SURFACE NEEDS AT LEAST 4 SLICES , NO SEARCH");
         return;
     }
     IGENER.IGEN = kPresent;
