@@ -233,7 +233,7 @@ TEST_F(GenralziTest, WithoutASliceCountTheSearchIsRefused) {
 // The search
 // ---------------------------------------------------------------------------------------------
 
-TEST_F(GenralziTest, FromTheCriticalArcItFindsANonCircularSurfaceAtLeastAsCritical) {
+TEST_F(GenralziTest, FromAToeArcItFindsANonCircularSurfaceOfLowerFactor) {
     const double startSF = analyseStart();
     const int start = MASTER.NUMSRF;
     answers("0.5\nN\n");
@@ -377,4 +377,160 @@ TEST_F(GenralziTest, ASolverFailureEndsTheSearchAtItsQuestion) {
     if (MASTER.IERR != 0) {
         EXPECT_EQ(out.find("ITERATION COMPETED"), std::string::npos);
     }
+}
+
+namespace {
+
+// A circle as a general surface: 30 points on its lower arc between the two points where it
+// passes 1 m above the crest level (so that both ends lie above the ground of the section).
+std::vector<Point> circleArc(double xc, double zc, double radius) {
+    const double halfChord = std::sqrt(radius * radius - (zc + 1.0) * (zc + 1.0));
+    std::vector<Point> points;
+    for (int k = 0; k < 30; ++k) {
+        const double x = xc - halfChord + 2.0 * halfChord * k / 29.0;
+        const double dx = std::min(radius, std::fabs(x - xc));
+        points.push_back({x, zc + std::sqrt(radius * radius - dx * dx)});
+    }
+    return points;
+}
+
+struct CircleTry {
+    double xc = 0.0, zc = 0.0, radius = 0.0, SF = 1e9;
+};
+
+// The circle of the lowest safety factor over a grid of centres and depths of the lowest point
+// (centre above z = -1, lowest point in the soil above rock), refined once around the best.
+CircleTry criticalCircle() {
+    CircleTry best;
+    auto tryCircle = [&](double xc, double zc, double bottom) {
+        const double radius = bottom - zc;
+        if (zc > -1.5 || radius <= -1.0 - zc + 0.5) return;
+        SolverWorld::solve(circleArc(xc, zc, radius));
+        if (MASTER.IERR != 0 || MASTER.SF > 50.0) return;
+        if (MASTER.SF < best.SF) best = {xc, zc, radius, MASTER.SF};
+    };
+    for (double xc = 0.0; xc <= 24.0; xc += 2.0)
+        for (double zc = -24.0; zc <= -4.0; zc += 2.0)
+            for (double bottom = 8.0; bottom <= 16.0; bottom += 1.0) tryCircle(xc, zc, bottom);
+    const CircleTry coarse = best;
+    for (double xc = coarse.xc - 1.5; xc <= coarse.xc + 1.51; xc += 0.5)
+        for (double zc = coarse.zc - 1.5; zc <= coarse.zc + 1.51; zc += 0.5)
+            for (double bottom = coarse.zc + coarse.radius - 0.75; bottom <= coarse.zc + coarse.radius + 0.76;
+                 bottom += 0.25)
+                tryCircle(xc, zc, bottom);
+    return best;
+}
+
+// The shear-surface polylines the slice geometry received, from its control print on the log
+// file (trace level 3): point number, x, z, rock z per line.
+std::vector<std::vector<Point>> tracedPolylines(const std::string& log) {
+    std::vector<std::vector<Point>> polylines;
+    std::istringstream lines(log);
+    bool inBlock = false;
+    for (std::string line; std::getline(lines, line);) {
+        if (line == "  N    X-SHRSRF     Z-SHRSRF     Z-ROCK") {
+            polylines.emplace_back();
+            inBlock = true;
+            continue;
+        }
+        if (!inBlock) continue;
+        std::istringstream fields(line);
+        int n = 0;
+        double x = 0.0, z = 0.0, rock = 0.0;
+        if (line.size() != 42 || !(fields >> n >> x >> z >> rock)) {
+            inBlock = false;
+            continue;
+        }
+        polylines.back().push_back({x, z});
+    }
+    return polylines;
+}
+
+}  // namespace
+
+TEST_F(GenralziTest, FromTheCriticalCircleItFindsANonCircularSurfaceAtLeastAsCritical) {
+    batchMode();  // circles that miss the section are passed over without a question
+    const CircleTry circle = criticalCircle();
+    ASSERT_LT(circle.SF, 50.0);
+    solve(circleArc(circle.xc, circle.zc, circle.radius));
+    ASSERT_EQ(MASTER.IERR, 0);
+    const double circleSF = MASTER.SF;
+    MASTER.NUMSLC = MASTER.NSLREQ;
+    MASTER.NTYP = 5;
+    MASTER.KLAST = 0;
+    MASTER.KLSAVE = 0;
+    answers("0.5\nN\n");
+    GENRALZI();
+    const std::vector<double> factors = listedFactors(console());
+    ASSERT_FALSE(factors.empty());
+    double lowest = 1e9;
+    for (double f : factors) lowest = std::min(lowest, f);
+    EXPECT_LE(lowest, circleSF + 0.0005);
+    double offCircle = 0.0;
+    for (int j = 2; j < IGENER.NPGEN(2); ++j) {
+        const double dx = GENERL.XGEN(j, 2) - circle.xc;
+        offCircle = std::max(offCircle, std::fabs(GENERL.ZGEN(j, 2) - (circle.zc + std::sqrt(circle.radius * circle.radius - dx * dx))));
+    }
+    EXPECT_GT(offCircle, 0.05);
+    std::cout << "[ INFO     ] critical circle centre (" << circle.xc << ", " << circle.zc << ") radius "
+              << circle.radius << ": SF " << io::fmtF(circleSF, 8, 3) << " -> autosearch " << io::fmtF(lowest, 8, 3)
+              << ", " << io::fmtF(100.0 * (circleSF - lowest) / circleSF, 5, 1) << " % lower\n";
+}
+
+TEST_F(GenralziTest, EveryTrialKeepsItsVerticesInIncreasingXAndLeavesTheGroundAtBothEnds) {
+    analyseStart();
+    MASTER.JPRINT = 3;
+    io::rewind(18);
+    answers("1.0\nN\n");
+    GENRALZI();
+    const std::vector<std::vector<Point>> polylines = tracedPolylines(io::contents(18));
+    const size_t trials = listedFactors(console()).size();
+    ASSERT_GT(trials, 24u);
+    ASSERT_EQ(polylines.size(), trials);
+    int endsBelowGround = 0;
+    for (size_t t = 0; t < polylines.size(); ++t) {
+        const std::vector<Point>& p = polylines[t];
+        ASSERT_EQ(p.size(), 15u) << t;  // 13 vertices and the far point at each end
+        for (size_t k = 1; k < p.size(); ++k) EXPECT_GT(p[k].x, p[k - 1].x) << "trial " << t << " point " << k;
+        // The first and last vertex lie at or above the ground; an end vertex moved sideways in
+        // under the slope face lies below it, and then the far point beyond it lies above the
+        // ground, so the surface leaves the ground between the two.
+        const Point ends[2][2] = {{p[1], p[0]}, {p[13], p[14]}};
+        for (const auto& end : ends) {
+            const Point& vertex = end[0];
+            const Point& far = end[1];
+            if (vertex.z <= worldGround(vertex.x) + 0.0001) continue;
+            ++endsBelowGround;
+            EXPECT_LT(far.z, worldGround(far.x)) << "trial " << t;
+        }
+    }
+    std::cout << "[ INFO     ] " << trials << " trials, " << endsBelowGround << " end vertices under the ground\n";
+}
+
+TEST_F(GenralziTest, AfterFiftyImprovingIterationsTheSearchStopsThoughItStillImproves) {
+    // Without friction the factor of the slope keeps falling as the surface goes deeper, towards
+    // the rock 40 m below the toe; a strong clay (c = 400) gives large factors, so that moves of
+    // 0.15 m, which deepen the surface only a little each iteration, still gain more than 0.005
+    // in every one of them.
+    SOLPRP.MAT(PHIANG, 1) = 0.0;
+    SOLPRP.MAT(COHESN, 1) = 400.0;
+    analyseStart();
+    answers("0.15\nN\n");
+    GENRALZI();
+    const std::string out = console();
+    const std::vector<double> factors = listedFactors(out);
+    EXPECT_NE(out.find(" ITERATION COMPETED, NUMBER OF ITERATIONS :  50\n"), std::string::npos);
+    // Fifty iterations of 14 sweeps (the two ends, vertices 2..13) of 12 trials.
+    const size_t perIteration = 14u * 12u;
+    ASSERT_EQ(factors.size(), 50u * perIteration);
+    // The last iteration still lowered the factor by more than 0.005.
+    double beforeLast = 1e9, inLast = 1e9;
+    for (size_t k = 0; k < factors.size(); ++k) {
+        if (k < 49 * perIteration) {
+            beforeLast = std::min(beforeLast, factors[k]);
+        } else {
+            inLast = std::min(inLast, factors[k]);
+        }
+    }
+    EXPECT_LT(inLast, beforeLast - 0.005);
 }
