@@ -22,7 +22,8 @@
 //         MOVEC2G); the ground line GEOMSH.XSURF, ZSURF (IGEOMS.NX + 1 points); after the
 //         solver: MASTER.IERR, SF, SCORE, RFACTOR, NUMSRF
 // Writes: GENERL.XGEN, ZGEN columns 2-4; IGENER.NPGEN(2..4), IGEN (3 while trials run);
-//         SURF.XS, ZS, SPAR(1..4); MASTER.KLAST (-1) and NTYP (1) at the first improvement;
+//         SURF.XS, ZS, SPAR(1..4); MASTER.NTYP (1) at the first improvement, KLAST and KLSAVE
+//         (-1 while an improvement is printed and saved, then as they were);
 //         through SOLVER, PRINT and POST the trials, the result file and the post-processor file
 // IERR:   as the solver left it for the last trial (a solver failure ends the search)
 
@@ -117,17 +118,22 @@ double offset(int trial, double h) { return trial == 1 ? 0.0 : -h + (trial - 2) 
 
 // A new lowest safety factor: the result file starts again with the echo of the input and the
 // print of this surface, the post-processor file receives its block, and its slices become the
-// present surface. The post-processor file is told to take the last surface, as the result
-// print is: otherwise it would save (and bring back as the current surface) the best surface
-// of the run, which an earlier analysis may hold.
+// present surface. The print and the save are told to take the last surface (state -1, an
+// operation in progress) and the states are set back afterwards, as the central decision
+// point does around its own print and save of the last surface. Left at -1, the state would
+// make a later "print best surface" at the menu print the last trial of the search under the
+// best surface's number; and without it the save would write (and bring back as the current
+// surface) the best surface of the run, which an earlier analysis may hold.
 void keepImprovement(Search& search) {
     io::rewind(MASTER.NF14);
     io::rewind(MASTER.NF16);
     ECHO(MASTER.NF14, MASTER.NF16, kEchoMaxLines);
+    const int printState = MASTER.KLAST;
+    const int saveState = MASTER.KLSAVE;
     MASTER.KLAST = -1;
     MASTER.NTYP = 1;
     PRINT();
-    const int saveState = MASTER.KLSAVE;
+    MASTER.KLAST = printState;
     MASTER.KLSAVE = -1;
     POST();
     MASTER.KLSAVE = saveState;
