@@ -59,16 +59,7 @@ bool readSurfaceChoice() {
 void showResult() {
     if (MASTER.IDTYP == 1) {
         say("");
-        say(io::Line()
-                .A(" ++++ SAFETY FACTOR =")
-                .F(MASTER.SF, 8, 3)
-                .A("   SCORE =")
-                .F(MASTER.SCORE, 7, 3)
-                .A("   R-FACTOR =")
-                .F(MASTER.RFACTOR, 7, 3)
-                .A("   SURFACE =")
-                .I(MASTER.NUMSRF, 4)
-                .str());
+        say(SFLINE("   SURFACE ="));
         return;
     }
     const int last = MASTER.NUMSLC;

@@ -152,18 +152,7 @@ bool analyseTrial(Search& search, double d, std::string_view surfaceLabel, doubl
     if (MASTER.IERR != 0) return false;
 
     say("");
-    say(io::Line()
-            .A(" ++++ SAFETY FACTOR =")
-            .F(MASTER.SF, 8, 3)
-            .A("   SCORE =")
-            .F(MASTER.SCORE, 7, 3)
-            .A("   R-FACTOR =")
-            .F(MASTER.RFACTOR, 7, 3)
-            .A(surfaceLabel)
-            .I(MASTER.NUMSRF, 4)
-            .F(d, 7, 3)
-            .F(search.deepest, 7, 3)
-            .str());
+    say(io::Line(SFLINE(surfaceLabel)).F(d, 7, 3).F(search.deepest, 7, 3).str());
 
     if (MASTER.SF < sweepBest) {
         sweepBest = MASTER.SF;

@@ -5,6 +5,9 @@
 
 #pragma once
 
+#include <string>
+#include <string_view>
+
 void GENRAL();    // type 1: general surfaces of the input file
 void CIRCLE();    // type 2: circles
 void COMBND();    // type 3: combined circle-and-plane surfaces
@@ -20,6 +23,10 @@ void GENSRF(int N, const double* XG, const double* ZG, double XSHIFT, double ZSH
 // Sets the shifts and multipliers that GENRAL offers back to their start values 0, 0, 1, 1
 // (as at program start; tests begin a fresh run with it).
 void resetGenralModifications();
+
+// The listed result of the surface just analysed: " ++++ SAFETY FACTOR =" SF, SCORE, R-FACTOR
+// and the surface number after the given label ("   SURFACE =").
+std::string SFLINE(std::string_view surfaceLabel);
 
 // The base line of the current slices (NUMSLC of them) as general surface 2: the entry point,
 // the left end of every later slice base and the exit point; NPGEN(2) = NPGEN(3) = the count.

@@ -44,25 +44,26 @@ int countOf(const std::string& text, const std::string& part) {
     return n;
 }
 
-// The safety factors of the listed trials, in order.
+// The listed trial lines, in order.
+std::vector<std::string> listedTrials(const std::string& console) {
+    std::vector<std::string> trials;
+    std::istringstream lines(console);
+    for (std::string line; std::getline(lines, line);)
+        if (line.rfind(" ++++ SAFETY FACTOR =", 0) == 0) trials.push_back(line);
+    return trials;
+}
+
+// Their safety factors (F8.3 after the label).
 std::vector<double> listedFactors(const std::string& console) {
     std::vector<double> factors;
-    std::istringstream lines(console);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.rfind(" ++++ SAFETY FACTOR =", 0) != 0) continue;
-        factors.push_back(std::stod(line.substr(21, 8)));
-    }
+    for (const std::string& line : listedTrials(console)) factors.push_back(std::stod(line.substr(21, 8)));
     return factors;
 }
 
-// The offsets d of the listed trials (the next-to-last field), in order.
+// Their offsets d (the next-to-last field, F7.3).
 std::vector<double> listedOffsets(const std::string& console) {
     std::vector<double> offsets;
-    std::istringstream lines(console);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.rfind(" ++++ SAFETY FACTOR =", 0) != 0) continue;
-        offsets.push_back(std::stod(line.substr(line.size() - 14, 7)));
-    }
+    for (const std::string& line : listedTrials(console)) offsets.push_back(std::stod(line.substr(line.size() - 14, 7)));
     return offsets;
 }
 
