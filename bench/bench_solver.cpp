@@ -1,10 +1,16 @@
-// Time of one surface analysis by each solution method, on the layered slope example, and of a
-// full grid search of circles on the same slope.
+// Time of one surface analysis by each solution method, on the layered slope example, of a
+// full grid search of circles on the same slope, and of one iteration of the general surface
+// autosearch.
 //
 // The example's input is read once (as a run would read it); every iteration then hands
 // its first general surface to the solver with the method under test, so the times of the
 // methods can be compared as ratios. The grid search analyses 100 x 100 centres of circles
-// through the toe with the example's own method and reports the time per circle.
+// through the toe with the example's own method and reports the time per circle. The
+// autosearch starts from the general surface, analysed last,
+// with a search width of 1 mm, so that its moves gain almost nothing and the search ends
+// after one or two iterations (an iteration sweeps the 33 vertices of the surface, twelve
+// trials each, and prints and saves its improvements). The counters give the trials and the
+// iterations they make, so that the time of one iteration is the time over "iterations".
 // Run: build/bench/kalmo_bench
 
 #include <benchmark/benchmark.h>
@@ -37,6 +43,7 @@ bool readExample() {
     io::bindNull(12);
     std::string folder = (std::filesystem::temp_directory_path() / "kalmo-bench").string();
     std::filesystem::create_directories(folder);
+    gFolder = folder;
     if (io::openOld(14, std::string(KALMO_EXAMPLES) + "/slope/KALMO.INP") != 0) return false;
     io::openNew(15, folder + "/KALMO.TMP");
     io::openNew(16, folder + "/KALMO.RES");
@@ -50,25 +57,64 @@ bool readExample() {
     return gReady;
 }
 
+// The example's first general surface as it stands.
+void analyseSurfaceOne() {
+    const int surface = 1;
+    const int points = IGENER.NPGEN(surface);
+    MASTER.NTYP = 1;
+    MASTER.BESTSF = 1000000.0;
+    GENSRF(points, GENERL.XGEN.column(surface), GENERL.ZGEN.column(surface), 0.0, 0.0, 1.0, 1.0, SURF.XS.data(),
+           SURF.ZS.data(), SURF.SPAR.data());
+    SOLVER(points + 2);
+}
+
 void analyseGeneralSurface(benchmark::State& state) {
     if (!readExample()) {
         state.SkipWithError("the slope example could not be read");
         return;
     }
     MASTER.METHOD = static_cast<int>(state.range(0));
-    const int surface = 1;
-    const int points = IGENER.NPGEN(surface);
     for (auto _ : state) {
-        MASTER.NTYP = 1;
-        MASTER.BESTSF = 1000000.0;
-        GENSRF(points, GENERL.XGEN.column(surface), GENERL.ZGEN.column(surface), 0.0, 0.0, 1.0, 1.0,
-               SURF.XS.data(), SURF.ZS.data(), SURF.SPAR.data());
-        SOLVER(points + 2);
+        analyseSurfaceOne();
         benchmark::ClobberMemory();  // the result lives in the global records
     }
     if (MASTER.IERR != 0) state.SkipWithError("the solver reported an error");
     state.counters["SF"] = benchmark::Counter(MASTER.SF);
     state.counters["IERR"] = benchmark::Counter(MASTER.IERR);
+}
+
+void autosearchIteration(benchmark::State& state) {
+    if (!readExample()) {
+        state.SkipWithError("the slope example could not be read");
+        return;
+    }
+    MASTER.METHOD = 3;  // the example's own method
+    const std::string answers = gFolder + "/ANSWERS.TXT";
+    {
+        std::ofstream file(answers);
+        file << "0.001\nN\n";
+    }
+    int trials = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        analyseSurfaceOne();
+        MASTER.NUMSLC = MASTER.NSLREQ;  // as the central decision point leaves it
+        MASTER.NTYP = 5;
+        MASTER.KLAST = 0;
+        MASTER.KLSAVE = 0;
+        io::openOld(8, answers);
+        io::openNew(17, gFolder + "/KALMO.PLT");  // the saves of one iteration only
+        const int before = MASTER.NUMSRF;
+        state.ResumeTiming();
+        GENRALZI();
+        trials = MASTER.NUMSRF - before;
+        benchmark::ClobberMemory();
+    }
+    if (MASTER.IERR != 0) state.SkipWithError("the solver reported an error");
+    state.counters["trials"] = benchmark::Counter(trials);
+    // Two end sweeps and one sweep per vertex after the first, of twelve trials each.
+    state.counters["iterations"] = benchmark::Counter(trials / (12.0 * (IGENER.NPGEN(2) + 1)));
+    state.counters["SF"] = benchmark::Counter(MASTER.BESTSF);
 }
 
 }  // namespace
@@ -108,5 +154,6 @@ void searchCircleGrid(benchmark::State& state) {
 
 BENCHMARK(analyseGeneralSurface)->ArgName("method")->DenseRange(-1, 3);
 BENCHMARK(searchCircleGrid)->Iterations(1)->Unit(benchmark::kSecond);
+BENCHMARK(autosearchIteration)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -8,12 +8,13 @@
 // Writes: nothing
 
 #include <string>
+#include <string_view>
 
 #include "io/fmt.h"
 #include "records.h"
 #include "surfaces/surfaces.h"
 
-std::string safetyFactorLine() {
+std::string safetyFactorLine(std::string_view surfaceLabel) {
     return io::Line()
         .A(" ++++ SAFETY FACTOR =")
         .F(MASTER.SF, 8, 3)
@@ -21,7 +22,7 @@ std::string safetyFactorLine() {
         .F(MASTER.SCORE, 7, 3)
         .A("   R-FACTOR =")
         .F(MASTER.RFACTOR, 7, 3)
-        .A("   SURFACE =")
+        .A(surfaceLabel)
         .I(MASTER.NUMSRF, 4)
         .str();
 }

@@ -5,8 +5,10 @@
 
 #pragma once
 
-#include "records.h"
 #include <string>
+#include <string_view>
+
+#include "records.h"
 
 void GENRAL();    // type 1: general surfaces of the input file
 void CIRCLE();    // type 2: circles
@@ -23,6 +25,11 @@ void GENSRF(int N, const double* XG, const double* ZG, double XSHIFT, double ZSH
 // Sets the shifts and multipliers that GENRAL offers back to their start values 0, 0, 1, 1
 // (as at program start; tests begin a fresh run with it).
 void resetGenralModifications();
+
+
+// The base line of the current slices (NUMSLC of them) as general surface 2: the entry point,
+// the left end of every later slice base and the exit point; NPGEN(2) = NPGEN(3) = the count.
+void MOVEC2G();
 
 // Forgets the critical plane of the earth-pressure plane sweeps (as at program start; tests
 // begin a fresh run with it).
@@ -52,7 +59,8 @@ void CIRSRF(int& NPTS, double XC, double ZC, double R, double* X, double* Z, dou
 void resetCircleRunState();
 
 // The result line of a trial surface, " ++++ SAFETY FACTOR =" with the score, R-factor and
-// surface number; in an earth-pressure problem " +++++ E2-FRC,T2-FRC,H2,SCORE=" with the
+// the surface number after its label (the autosearch's sideways moves are "   XSURFACE =");
+// in an earth-pressure problem " +++++ E2-FRC,T2-FRC,H2,SCORE=" with the
 // forces on the right face of slice last (1..99) and the score.
-std::string safetyFactorLine();
+std::string safetyFactorLine(std::string_view surfaceLabel = "   SURFACE =");
 std::string wallForceLine(int last);

@@ -16,7 +16,6 @@
 
 #include "control/circle_double.h"
 #include "control/control.h"
-#include "control/pending_hook.h"
 #include "control/read_double.h"
 #include "io/channels.h"
 #include "records.h"
@@ -32,7 +31,7 @@ struct Stage {
 Stage gStage;
 
 bool isSurfaceRoutine(std::string_view routine) {
-    return routine == "CIRCLE" || routine == "GENRALZI";
+    return routine == "CIRCLE";
 }
 
 void hook(std::string_view routine) {
@@ -130,14 +129,12 @@ protected:
         resetRunClock();
         clockAt(10, 20, 30);
         gStage = Stage();
-        setPendingHook(&hook);
         setReadDoubleHook(&hook);
         setCircleDoubleHook(&hook);
         io::setStdoutStream(&screen_);
         io::setStdinText("");  // never the real standard input
     }
     void TearDown() override {
-        setPendingHook(nullptr);
         setReadDoubleHook(nullptr);
         setCircleDoubleHook(nullptr);
         gStage = Stage();
@@ -705,8 +702,8 @@ TEST_F(Contrl, SavingTheLastSurfaceMarksItWhileTheSaveRuns) {
         solvedSurface(0.875);
         BEST.SF = 9.0;
     };
-    std::string out = interactive("N\n3\n1\n5\n3\n3\n8\n");
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRALZI"}));
+    std::string out = interactive("N\n3\n1\n2\n3\n3\n8\n");
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "CIRCLE"}));
     EXPECT_EQ(savedFactors(dir_.read("KALMO.PLT")), std::vector<std::string>{"   0.8750"});
     EXPECT_TRUE(inOrder(out, {kNoResults, " LAST SURFACE (NUM=           1 SF=  0.8750000    ) IS SAVED\n",
                               " THIS SURFACE HAS ALREADY BEEN SAVED\n"}));
@@ -742,9 +739,12 @@ TEST_F(Contrl, SavingTheBestWithNothingFoundHasNoResults) {
 }
 
 TEST_F(Contrl, OperationOneAsksTheTypeUntilItIsOneToFive) {
-    std::string out = interactive("N\n1\n0\n6\n-1\n5\n8\n");
+    // Type 5 is the autosearch: it asks for its search width, and the unreadable answer "x"
+    // sends it back to the menu.
+    std::string out = interactive("N\n1\n0\n6\n-1\n5\nx\n8\n");
     EXPECT_EQ(count(out, kTypePrompt), 4);
-    EXPECT_EQ(calls(), (std::vector<std::string>{"READ", "GENRALZI"}));
+    EXPECT_TRUE(inOrder(out, {kTypePrompt + "\n\n GIVE SEARCH WIDTH: \n", kMenu}));
+    EXPECT_EQ(calls(), (std::vector<std::string>{"READ"}));
     EXPECT_EQ(MASTER.KLAST, 0);
     EXPECT_EQ(MASTER.KLSAVE, 0);
 }

@@ -1,8 +1,0 @@
-// Test hook of the stand-ins in control/pending.cpp: each stand-in calls the hook with its
-// own name ("CIRCLE", ..., "GENRALZI"). Goes with that file.
-
-#pragma once
-
-#include <string_view>
-
-void setPendingHook(void (*hook)(std::string_view routine));
