@@ -59,7 +59,10 @@ std::string textAt(double x, double y, const std::string& attributes, const std:
 
 }  // namespace
 
-std::string sfText(const plt::Block& block) { return svg::trimmed(io::fmtF(block.SF, 9, 4)); }
+// A field the file wrote as asterisks came back as not a number: it reads as asterisks again.
+std::string sfText(const plt::Block& block) {
+    return svg::finite(block.SF) ? svg::trimmed(io::fmtF(block.SF, 9, 4)) : io::repeat('*', 9);
+}
 
 void PTITLE(const plt::Block& block, const View& view, Picture& out) {
     const double left = 20.0, right = view.width - 20.0;
@@ -85,7 +88,9 @@ void PTITLE(const plt::Block& block, const View& view, Picture& out) {
         std::string force = "not saved";
         const plt::Table& forces = block.forces;
         if (!forces.rows.empty() && forces.rows.back().values.size() >= 3)
-            force = svg::trimmed(io::fmtG(forces.rows.back().values[2], 14, 5)) + " kN/m";
+            force = svg::finite(forces.rows.back().values[2])
+                        ? svg::trimmed(io::fmtG(forces.rows.back().values[2], 14, 5)) + " kN/m"
+                        : io::repeat('*', 12);
         out.push_back(textAt(right - 12.0, 86.0, "id=\"earth-pressure\" class=\"result\" text-anchor=\"end\"",
                              svg::text("EARTH PRESSURE = " + force)));
         const std::string side = block.SF > 0.0 ? " (ACTIVE)" : (block.SF < 0.0 ? " (PASSIVE)" : "");
