@@ -8,7 +8,9 @@
 //
 // Exit status: 0 pictures written; 1 no KALMO.PLT, an empty one, one that cannot be read, or
 // an unknown argument; 2 KALMO.INP missing or refused by the reader; 3 a picture file could
-// not be written. Every failure is said in one line on the standard output.
+// not be written. Every failure is said in one line on the standard output. A saved block
+// whose titles are not those of the input is drawn all the same, after a warning that it may
+// belong to another input.
 
 #include <string>
 #include <vector>
@@ -71,6 +73,15 @@ int main(int argc, char** argv) {
                            " (RUN KALMO TO SEE WHY)");
 
     io::bindStdout(kScreen);
+    // A surface saved from another input would be drawn over the wrong section.
+    for (const plt::Block& block : blocks) {
+        if (svg::trimmed(block.TITLE[0]) == svg::trimmed(TEXT.TITLE(1).view()) &&
+            svg::trimmed(block.TITLE[1]) == svg::trimmed(TEXT.TITLE(2).view()))
+            continue;
+        io::writeLine(kScreen, " KALMOPLOT : THE TITLES OF A BLOCK OF KALMO.PLT DIFFER FROM THOSE OF KALMO.INP:");
+        io::writeLine(kScreen, " KALMOPLOT : THE SURFACE MAY HAVE BEEN SAVED FROM ANOTHER INPUT");
+        break;
+    }
     if (!all) {
         if (!writePicture(blocks.back(), "KALMO.SVG")) return fail(3, "KALMO.SVG CANNOT BE WRITTEN");
         io::writeLine(kScreen, io::Line(" KALMOPLOT : KALMO.SVG WRITTEN, SURFACE").I(blocks.back().NUMSRF, 5).str());

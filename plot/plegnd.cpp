@@ -36,8 +36,10 @@ std::string strengthText(int m) {
     const bool fromProfiles = ISOLPR.NSUX > 0 &&
                               (SOLPRP.MAT(MAT16, m) >= kProfileSwitch || std::fabs(undrained) <= kBaseFromProfiles);
     std::string drained = "c' = " + fixed(cohesion, 1) + " kPa,  \xcf\x86' = " + fixed(friction, 1) + "\xc2\xb0";
-    std::string total = "su = " + fixed(undrained, 1) + " kPa";
-    if (fromProfiles) total += " + profiles";
+    // The base value is left out where it is no more than a switch to the profiles.
+    std::string total = "su";
+    if (!fromProfiles || std::fabs(undrained) > kBaseFromProfiles) total += " = " + fixed(undrained, 1) + " kPa";
+    if (fromProfiles) total += total == "su" ? " from the profiles" : " + profiles";
     if (ISOLPR.NSUNOD > 0) total += " + node values";
     switch (MASTER.IDEFTO) {
         case 2: return total;

@@ -115,6 +115,9 @@ TEST_F(PictureRun, SlopeExampleDrawsItsSectionSurfaceLegendAndSafetyFactor) {
     parse("KALMO.SVG", svg);
     const PictureTransform view = transformOf(svg);
     ASSERT_GT(view.scale, 0.0);
+    std::string screen;
+    ASSERT_EQ(runIn(run, KALMOPLOT_EXE, "", screen), 0);
+    EXPECT_EQ(screen, " KALMOPLOT : KALMO.SVG WRITTEN, SURFACE    1\n");
 
     // The ground line runs through the x-lines of the input: (0, 0), (20, 0), (40, 10), (60, 10),
     // with the mesh's node columns between them; the rock line lies at 25 throughout.
@@ -244,6 +247,18 @@ TEST_F(PictureRun, WithoutASavedSurfaceItSaysSoInOneLineAndFails) {
     EXPECT_EQ(screen, " **** KALMOPLOT : KALMO.PLT HOLDS NO SAVED SURFACE: SAVE A SURFACE WITH KALMO FIRST\n");
     EXPECT_FALSE(fs::exists(fs::path(run) / "KALMO.SVG"));
     EXPECT_EQ(folderFiles(run).size(), 2u);
+}
+
+TEST_F(PictureRun, ASurfaceSavedFromAnotherInputIsDrawnAfterAWarning) {
+    analyse("slope");
+    fs::copy_file(fs::path(KALMO_SOURCE_DIR) / "examples" / "wall" / "KALMO.INP", fs::path(run) / "KALMO.INP",
+                  fs::copy_options::overwrite_existing);
+    std::string screen;
+    EXPECT_EQ(runIn(run, KALMOPLOT_EXE, "", screen), 0);
+    EXPECT_EQ(screen,
+              " KALMOPLOT : THE TITLES OF A BLOCK OF KALMO.PLT DIFFER FROM THOSE OF KALMO.INP:\n"
+              " KALMOPLOT : THE SURFACE MAY HAVE BEEN SAVED FROM ANOTHER INPUT\n"
+              " KALMOPLOT : KALMO.SVG WRITTEN, SURFACE    1\n");
 }
 
 TEST_F(PictureRun, AnInputTheReaderRefusesEndsWithItsCode) {

@@ -165,6 +165,27 @@ TEST_F(Picture, EveryMaterialIsInTheLegendWithItsUndrainedStrengthInATotalStress
         EXPECT_EQ(texts[0]->text, "MATERIAL " + std::to_string(m) + ":  \xce\xb3 = " + gamma +
                                       " kN/m\xc2\xb3,  su = " + std::to_string(10 * m) + ".0 kPa");
     }
+    // With undrained-strength profiles, a base value of 0.1 or less only switches to them; a
+    // material whose profile switch is set adds them to its base value.
+    ISOLPR.NSUX = 1;
+    SOLPRP.MAT(MAT14, 1) = 0.1;
+    SOLPRP.MAT(MAT16, 2) = 1.0;
+    draw();
+    auto legendText = [this](int m) {
+        std::vector<const XmlElement*> texts;
+        svg.byId("legend-material-" + std::to_string(m))->collect("text", "legend", texts);
+        return texts.empty() ? std::string() : texts[0]->text;
+    };
+    EXPECT_EQ(legendText(1), "MATERIAL 1:  \xce\xb3 = 18.0 kN/m\xc2\xb3,  su from the profiles");
+    EXPECT_EQ(legendText(2), "MATERIAL 2:  \xce\xb3 = 19.0 kN/m\xc2\xb3,  su = 20.0 kPa + profiles");
+    EXPECT_EQ(legendText(3), "MATERIAL 3:  \xce\xb3 = 20.0 kN/m\xc2\xb3,  su = 30.0 kPa");
+    // A combined analysis shows both strengths.
+    MASTER.IDEFTO = 3;
+    SOLPRP.MAT(COHESN, 3) = 5.0;
+    SOLPRP.MAT(PHIANG, 3) = 1.0;  // tan 45 degrees
+    draw();
+    EXPECT_EQ(legendText(3), "MATERIAL 3:  \xce\xb3 = 20.0 kN/m\xc2\xb3,  c' = 5.0 kPa,  \xcf\x86' = 45.0\xc2\xb0,  su = 30.0 kPa");
+
     // Twelve materials go in two columns, all of them.
     ISOLPR.NMAT = 12;
     draw();
