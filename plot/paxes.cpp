@@ -1,9 +1,9 @@
 // plot/paxes.cpp
 //
 // PAXES — the axes: x along the foot of the drawing and the depth z along its left side, with
-// ticks and labels at whole metres (a step of 1, 2 or 5 times a power of ten, about ten
-// ticks along the longer side), and a faint grid at the same steps behind nothing but the
-// axes themselves. Depth grows downward, as the section is drawn.
+// ticks and labels at whole metres (a step of 1, 2 or 5 times a power of ten, about twelve
+// ticks along the longer side), and a grid at the same steps across the drawing, faint enough
+// to read the section through it. Depth grows downward, as the section is drawn.
 //
 // Reads:  view
 // Writes: the picture lines; tick labels carry class "tick-x" or "tick-z" and the value
@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr double kTicksWanted = 10.0;
+constexpr double kTicksWanted = 12.0;
 constexpr double kAxisGap = 12.0;  // picture units between the drawing and an axis
 constexpr int kMostTicks = 200;
 
@@ -30,7 +30,12 @@ double tickStep(double span) {
     return std::max(1.0, 10.0 * power);
 }
 
-std::string label(double metres) { return svg::trimmed(io::fmtI(std::llround(metres), 12)); }
+// Whole metres; a tick beyond any section a mesh can hold is written in exponent form.
+std::string label(double metres) {
+    constexpr double kLargestWhole = 1.0e12;
+    if (std::fabs(metres) < kLargestWhole) return svg::trimmed(io::fmtI(std::llround(metres), 14));
+    return svg::trimmed(io::fmtES(metres, 14, 3));
+}
 
 }  // namespace
 

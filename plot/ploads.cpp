@@ -30,6 +30,7 @@ constexpr double kTiny = 1.0E-20f;          // a magnitude factor below it switc
 constexpr double kBandHeight = 36.0;        // picture units for the largest intensity
 constexpr double kArrowLength = 60.0;       // picture units of a point force arrow
 constexpr double kArrowSpacing = 28.0;      // picture units between the arrows of a band
+constexpr double kMostArrows = 100.0;
 
 struct SurfaceLoad {
     double x1, x2, vertical1, vertical2, horizontal1, horizontal2;
@@ -61,7 +62,11 @@ void drawBand(const SurfaceLoad& load, double largest, const View& view, Picture
                   svg::points({left, groundLeft, left, groundLeft - heightLeft, right, groundRight - heightRight, right,
                                groundRight}) +
                   "\"/>");
-    const int arrows = std::max(2, static_cast<int>((right - left) / kArrowSpacing) + 1);
+    // At least one arrow at each end; a band wider than the page gets no more than the page holds.
+    double room = (right - left) / kArrowSpacing;
+    if (!(room > 0.0)) room = 0.0;
+    if (room > kMostArrows) room = kMostArrows;
+    const int arrows = std::max(2, static_cast<int>(room) + 1);
     for (int k = 0; k < arrows; ++k) {
         const double share = static_cast<double>(k) / (arrows - 1);
         const double x = left + (right - left) * share;

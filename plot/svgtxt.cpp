@@ -4,7 +4,8 @@
 // level at an x, the middle of the slices, and counts kept within the arrays they drive.
 //
 // Picture coordinates are written fixed with two decimals (a hundredth of a picture unit,
-// far below what a screen or a printer shows). Material colours are light, distinct tints,
+// far below what a screen or a printer shows); a point far off the page is written as lying
+// a billion units off it, and a value that is no number as 0. Material colours are light, distinct tints,
 // each of another brightness, so that neighbouring materials stay apart on a grey print too.
 //
 // Reads:  IGEOMS.NX, GEOMSH.XSURF, ZSURF (ground level)
@@ -45,7 +46,11 @@ std::string trimmed(std::string_view raw) {
 }
 
 std::string num(double value) {
+    // Far off the page is as good as any farther: the field never overflows.
+    constexpr double kFarOff = 1.0e9;
     if (!finite(value)) value = 0.0;
+    if (value > kFarOff) value = kFarOff;
+    if (value < -kFarOff) value = -kFarOff;
     return trimmed(io::fmtF(value, 16, 2));
 }
 

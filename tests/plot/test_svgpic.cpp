@@ -288,6 +288,10 @@ TEST_F(Picture, CountsBeyondTheArraysAndUnreadableValuesStillGiveAWellFormedPict
     IWATER.IDPWP = 2;
     IWATER.NUMXPW = 9999;
     block.geometry.rows[1].values[2] = std::numeric_limits<double>::quiet_NaN();
+    // A strip load reaching far beyond the section, one with no numbers at all.
+    LOAD.XSTRIP(2, 1) = 1.0e30;
+    LOAD.XSTRIP(1, 2) = std::numeric_limits<double>::quiet_NaN();
+    LOAD.QSTRV(1, 2) = std::numeric_limits<double>::quiet_NaN();
     block.SF = std::numeric_limits<double>::quiet_NaN();
     draw();
     EXPECT_NE(svg.byId("shear-surface"), nullptr);
