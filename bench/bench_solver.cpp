@@ -10,7 +10,6 @@
 #include <filesystem>
 #include <string>
 
-#include "control/control.h"
 #include "input/input.h"
 #include "io/channels.h"
 #include "records.h"
@@ -25,8 +24,16 @@ bool gReady = false;
 bool readExample() {
     if (gReady) return true;
     clearRecords();
-    SETCHN();
+    MASTER.PI = 4.0 * std::atan(1.0);
+    MASTER.EPS = 1.0E-20f;
     ISUR.NSRFCP = NSURFCOPY;
+    MASTER.NFIN = 8;
+    MASTER.NFOUT = 12;
+    MASTER.NF14 = 14;
+    MASTER.NF15 = 15;
+    MASTER.NF16 = 16;
+    MASTER.NF17 = 17;
+    MASTER.NF18 = 18;
     POSTGRAF.NFCOPY = 9;
     BEST.SF = 98.0;
     io::bindNull(8);

@@ -43,6 +43,7 @@
 
 namespace {
 
+constexpr double kEps = 1.0E-20f;            // the zero tolerance, a single-precision constant
 constexpr double kNoBestYet = 98.0;          // best safety factor before any surface
 constexpr double kNoBestSF = 1000000.0;      // BESTSF when no best surface is pending
 constexpr double kNoBestE2 = -1000000.0;     // BESTE2 at start
@@ -88,8 +89,16 @@ void writeBoth(int nf1, int nf2, const std::string& text) {
 
 void setConstants() {
     MASTER.IHEAD = 2;
-    SETCHN();
+    MASTER.PI = 4.0 * std::atan(1.0);
+    MASTER.EPS = kEps;
     ISUR.NSRFCP = NSURFCOPY;
+    MASTER.NFIN = 8;
+    MASTER.NFOUT = 12;
+    MASTER.NF14 = 14;
+    MASTER.NF15 = 15;
+    MASTER.NF16 = 16;
+    MASTER.NF17 = 17;
+    MASTER.NF18 = 18;
     POSTGRAF.NFCOPY = kBatchCopy;
 }
 

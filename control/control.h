@@ -19,7 +19,6 @@ void ECHO(int nfr, int nfw, int max);
 void INPOUT(int nf, int& flag);
 void HELP(int kind);
 void PAGES(int nf, int section, int& answer, int& ierr);
-void SETCHN();  // pi, the zero tolerance and the channel numbers of a run
 
 // The program's command line as the entry received it (the arguments joined by blanks).
 // CONTRL looks at its first two characters in batch mode.

@@ -18,7 +18,6 @@
 #include <utility>
 #include <vector>
 
-#include "control/control.h"
 #include "input/input.h"
 #include "io/channels.h"
 #include "io/fmt.h"
@@ -210,7 +209,15 @@ protected:
         io::closeAll();
         clearRecords();
         resetIntprfCalls();
-        SETCHN();
+        MASTER.NFIN = 8;
+        MASTER.NFOUT = 12;
+        MASTER.NF14 = 14;
+        MASTER.NF15 = 15;
+        MASTER.NF16 = 16;
+        MASTER.NF17 = 17;
+        MASTER.NF18 = 18;
+        MASTER.PI = 4.0 * std::atan(1.0);
+        MASTER.EPS = 1.0e-20f;
         io::openOld(8, dir.path("ANSWERS"));
         io::openNew(12, dir.path("CONSOLE"));
         io::openOld(14, dir.path("KALMO.INP"));
