@@ -9,7 +9,8 @@
 // echo is made; the log-copy channel 6 marks batch mode, in which the reader's questions take
 // the answers a batch run gives them. The work file it needs goes to a temporary folder that
 // is removed afterwards, so that no file of the run folder (KALMO.TMP, KALMO.RES, KALMO.LOG)
-// is touched. KALMO.INP itself is only read.
+// is touched. KALMO.INP itself is only read. The caller starts from cleared records, as the
+// program does, so that whatever the input leaves out reads as 0.
 //
 // Reads:  KALMO.INP of the working folder
 // Writes: the problem records (through READ); MASTER constants and channel numbers;
