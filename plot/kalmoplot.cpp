@@ -50,7 +50,6 @@ bool writePicture(const plt::Block& block, const std::string& name) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    clearRecords();
     TEXT.VERSION.set("12 Jan 2017");
     io::bindStdout(kScreen);
 

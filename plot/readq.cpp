@@ -9,43 +9,30 @@
 // echo is made; the log-copy channel 6 marks batch mode, in which the reader's questions take
 // the answers a batch run gives them. The work file it needs goes to a temporary folder that
 // is removed afterwards, so that no file of the run folder (KALMO.TMP, KALMO.RES, KALMO.LOG)
-// is touched. KALMO.INP itself is only read. The caller starts from cleared records, as the
-// program does, so that whatever the input leaves out reads as 0.
+// is touched. KALMO.INP itself is only read. The records are cleared first, as at the start of
+// a run, so that whatever the input leaves out reads as 0.
 //
 // Reads:  KALMO.INP of the working folder
-// Writes: the problem records (through READ); MASTER constants and channel numbers;
+// Writes: every record (the start of a run, then READ); MASTER constants and channel numbers;
 //         POSTGRAF.NFCOPY; channels 6, 8, 12, 14, 15, 16, 18 are left closed or null
 // IERR:   returns 0 ok; -1 KALMO.INP cannot be opened; -2 no temporary work file; else the
 //         IERR of READ
 
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 
+#include "control/control.h"
 #include "input/input.h"
 #include "io/channels.h"
 #include "plot/plot.h"
 #include "records.h"
 
-namespace {
-constexpr double kEps = 1.0E-20f;  // the zero tolerance of the analysis
-constexpr int kBatchCopy = 6;      // the log-copy channel of a batch run
-}  // namespace
-
 int READQ() {
-    // The channel numbers and constants the reader expects, as the run's start-up sets them.
-    MASTER.PI = 4.0 * std::atan(1.0);
-    MASTER.EPS = kEps;
-    MASTER.NFIN = 8;
-    MASTER.NFOUT = 12;
-    MASTER.NF14 = 14;
-    MASTER.NF15 = 15;
-    MASTER.NF16 = 16;
-    MASTER.NF17 = 17;
-    MASTER.NF18 = 18;
-    POSTGRAF.NFCOPY = kBatchCopy;
-    for (int unit : {kBatchCopy, MASTER.NFIN, MASTER.NFOUT, MASTER.NF16, MASTER.NF17, MASTER.NF18}) io::bindNull(unit);
+    // Cleared records, the constants and channel numbers the reader expects, and the batch
+    // log-copy channel, as the run's start-up sets them.
+    startRun();
+    for (int unit : {kBatchCopyChannel, MASTER.NFIN, MASTER.NFOUT, MASTER.NF16, MASTER.NF17, MASTER.NF18}) io::bindNull(unit);
 
     if (io::openOld(MASTER.NF14, "KALMO.INP") != 0) return -1;
 
