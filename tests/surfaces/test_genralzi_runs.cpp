@@ -1,8 +1,10 @@
-// Whole run of the general surface autosearch (tests/data/autosearch_arc): the dry 1:2 slope
-// of the general surface runs (c = 8 kPa, phi = 30 degrees, 19 kN/m3, force equilibrium with
-// no interslice shear, 8 slices), its general surface a circular arc through the toe; the
-// answers analyse the arc, improve it with the autosearch at a search width of 0.5 m, then
-// print (and in batch mode save) the best surface. Besides the comparison with the expected
+// Whole runs of the general surface autosearch on the dry 1:2 slope of the general surface runs
+// (c = 8 kPa, phi = 30 degrees, 19 kN/m3, force equilibrium with no interslice shear, 8
+// slices). In tests/data/autosearch_arc the start is the input's general surface, a circular
+// arc through the toe; in tests/data/autosearch_circle it is a single circle through the toe
+// analysed by the circle routine, as an engineer follows a circle search with an autosearch.
+// The answers analyse the start surface, improve it with the autosearch at a search width of
+// 0.5 m, then print (and in batch mode save) the best surface. Besides the comparison with the expected
 // files, the expected files are checked: the search never ends above the factor of its start,
 // the result file was started again for the lowest surface (one echo of the input, one print
 // of it, then the best surface's print, which is the same surface), and the printed factor of
@@ -22,10 +24,8 @@ using namespace kalmo_test;
 
 namespace {
 
-const std::string kCase = "autosearch_arc";
-
-std::string expectedFile(const std::string& name) {
-    return readFile(std::string(KALMO_TEST_DATA) + "/" + kCase + "/expected/" + name);
+std::string expectedFile(const std::string& caseName, const std::string& name) {
+    return readFile(std::string(KALMO_TEST_DATA) + "/" + caseName + "/expected/" + name);
 }
 
 int countOf(const std::string& text, const std::string& part) {
@@ -88,15 +88,13 @@ void weighTheSoil(HandSlice& slice) {
     slice.unitWeight *= soil / slice.area();
 }
 
-}  // namespace
+// The expected files of an autosearch run: the search ends below its start, at the lowest
+// surface it listed, and that surface's printed factor is the method of slices by hand.
+void checkAutosearchRun(const std::string& caseName) {
+    const std::string eko = expectedFile(caseName, "SVAR.EKO");
+    const std::string res = expectedFile(caseName, "KALMO.RES");
 
-TEST(WholeRun, AutosearchFromACircularArc) { checkCase(kCase); }
-
-TEST(WholeRun, TheAutosearchRunEndsAtItsLowestSurfaceCheckedByHand) {
-    const std::string eko = expectedFile("SVAR.EKO");
-    const std::string res = expectedFile("KALMO.RES");
-
-    // The listed factors: the arc analysed as a general surface first, then the trials.
+    // The listed factors: the start surface first, then the trials.
     std::vector<double> factors;
     for (const std::string& line : linesOf(eko))
         if (line.rfind(" ++++ SAFETY FACTOR =", 0) == 0) factors.push_back(std::stod(line.substr(21, 8)));
@@ -128,4 +126,22 @@ TEST(WholeRun, TheAutosearchRunEndsAtItsLowestSurfaceCheckedByHand) {
     for (HandSlice& slice : slices) weighTheSoil(slice);
     const double handSF = simplifiedFactor(slices, 8.0, std::tan(30.0 * 3.14159265358979323846 / 180.0));
     EXPECT_NEAR(printedSF, handSF, 0.01);
+}
+
+}  // namespace
+
+TEST(WholeRun, AutosearchFromACircularArc) { checkCase("autosearch_arc"); }
+
+TEST(WholeRun, TheAutosearchRunEndsAtItsLowestSurfaceCheckedByHand) { checkAutosearchRun("autosearch_arc"); }
+
+TEST(WholeRun, CircleThenAutosearch) { checkCase("autosearch_circle"); }
+
+// The circle is the start: its own result line comes first, with its moments, and the search
+// ends below it on a surface that is no longer a circle.
+TEST(WholeRun, TheAutosearchFromACircleEndsBelowItCheckedByHand) {
+    checkAutosearchRun("autosearch_circle");
+    const std::string eko = expectedFile("autosearch_circle", "SVAR.EKO");
+    const size_t circleLine = eko.find(" ++++ SAFETY FACTOR =");
+    ASSERT_NE(circleLine, std::string::npos);
+    EXPECT_EQ(eko.find(" STABILIZING AND DRIVING MOMENT ="), eko.find('\n', circleLine) + 1);
 }
