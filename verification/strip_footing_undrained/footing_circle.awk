@@ -1,7 +1,7 @@
 # The critical circle under a strip footing on weightless undrained clay, worked out
 # independently of KALMO.
 #
-#   awk -v B=2 -v SU=20 -v Q=102.83 -f footing_circle.awk
+#   awk -v B=2 -v SU=20 -v Q=102.83 -f ../pattern_search.awk -f footing_circle.awk
 #
 # The footing loads the level ground z = 0 from x = 0 to x = B with the pressure Q; the clay
 # has the undrained strength SU and no weight. A circle with centre (xc, zc), zc <= 0 (z grows
@@ -11,6 +11,7 @@
 #   F = SU R^2 theta / (Q |integral of (x - xc) dx over the loaded part inside the circle|),
 #
 # minimised over xc, zc and R by a pattern search that halves its steps down to 0.1 mm.
+function objective(p) { return safety(p[1], p[2], p[3]) }
 function safety(xc, zc, r,    a, lo, hi, theta, moment) {
   if (zc > 0 || r <= -zc + 1e-9) return 1e9
   a = sqrt(r * r - zc * zc)
@@ -25,20 +26,9 @@ function safety(xc, zc, r,    a, lo, hi, theta, moment) {
   return SU * r * r * theta / (Q * moment)
 }
 BEGIN {
-  bx = 0; bz = -B / 2; br = B; best = safety(bx, bz, br)
-  for (step = B / 4; step >= 1e-4; step /= 2) {
-    moved = 1
-    while (moved) {
-      moved = 0
-      for (k = 0; k < 6; k++) {
-        tx = bx + (k == 0 ? step : k == 1 ? -step : 0)
-        tz = bz + (k == 2 ? step : k == 3 ? -step : 0)
-        tr = br + (k == 4 ? step : k == 5 ? -step : 0)
-        f = safety(tx, tz, tr)
-        if (f < best) { best = f; bx = tx; bz = tz; br = tr; moved = 1 }
-      }
-    }
-  }
+  circle[1] = 0; circle[2] = -B / 2; circle[3] = B
+  best = minimise(circle, 3, B / 4, 1e-4)
+  bx = circle[1]; bz = circle[2]; br = circle[3]
   printf "critical circle: centre x = %.4f z = %.4f, radius %.4f\n", bx, bz, br
   printf "safety factor %.5f, collapse pressure Q F = %.4f SU\n", best, Q * best / SU
 }
