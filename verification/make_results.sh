@@ -12,6 +12,7 @@
 #
 # Ends with status 1 when a value fails its tolerance (the table is written all the same).
 set -u
+export LC_ALL=C  # the same folder order and number format on every machine
 if [ $# -lt 1 ] || [ $# -gt 2 ]; then
   echo "usage: make_results.sh KALMO [OUTPUT]" >&2
   exit 2

@@ -20,6 +20,7 @@
 # and ends with status 0 when every value passes, 1 when one fails or cannot be read, 2 on a
 # usage error.
 set -u
+export LC_ALL=C  # the same folder order and number format on every machine
 if [ $# -ne 2 ]; then
   echo "usage: verify.sh KALMO PROBLEM-FOLDER" >&2
   exit 2
