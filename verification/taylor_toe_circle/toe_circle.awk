@@ -10,9 +10,16 @@
 #
 #   F = SU R^2 theta / (GAMMA * integral over the sliding mass of (xc - x) dA),
 #
-# the slope facing the larger x, so the mass on the crest side of the centre drives; theta the angle of the arc between the points where it leaves the ground. The arc ends are
-# found by bisection, the mass moment by the midpoint rule over 4000 vertical strips. The
-# minimum over the centre is found on a grid of centres H/10 apart, then by a pattern search that halves its step down to 1 mm.
+# the slope facing the larger x, so that the mass on the crest side of the centre drives;
+# theta is the angle of the arc between the points where it leaves the ground. The arc ends
+# are found by bisection, the mass moment by the midpoint rule over 4000 vertical strips. The
+# minimum over the centre is found on a grid of centres H/10 apart, then by a pattern search
+# that halves its step down to 1 mm.
+#
+# A circle whose centre lies beyond the toe runs on below the level ground past the toe, and
+# its sliding mass is taken to the point where it comes up again: it is then no toe circle.
+# The script is thus meant for slopes whose critical toe circle has its centre on the crest
+# side of the toe, as at 60 degrees (not for a vertical cut).
 function zground(x) {
   if (x <= XCREST) return 0
   if (x >= XTOE) return H
