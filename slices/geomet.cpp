@@ -63,24 +63,29 @@ struct Section {
     Corners& XX;
     Corners& ZZ;
     int& numslc;
+    // The three broken lines, checked once: the abscissas of the soil surface and of the
+    // shear surface do not change while the surface is sliced (only its depths do).
+    BrokenLine soil;
+    BrokenLine rock;
+    BrokenLine shear;
 };
 
 // Depths at x; each returns the INTPOL code.
 int soilDepth(const Section& s, double x, double& depth) {
     int code = 0;
-    INTPOL(s.nsp, 1, s.xsoil.data(), s.zsoil.data(), x, depth, code);
+    interpolate(s.soil, x, depth, code);
     return code;
 }
 
 int rockDepth(const Section& s, double x, double& depth) {
     int code = 0;
-    INTPOL(s.nsp, 1, s.xsoil.data(), s.zrock.data(), x, depth, code);
+    interpolate(s.rock, x, depth, code);
     return code;
 }
 
 int shearDepth(const Section& s, double x, double& depth) {
     int code = 0;
-    INTPOL(s.npt, 1, s.xs.data(), s.zs.data(), x, depth, code);
+    interpolate(s.shear, x, depth, code);
     return code;
 }
 
@@ -396,7 +401,20 @@ void GEOMET(int nsp, int npt, int& numslc, int nslreq, int idtyp, const Arr1<dou
             Arr1<double, MAXPTS>& zs, double& dc, double xwall, double zwall, Corners& XX, Corners& ZZ,
             Arr1<double, MAXSLC>& AREA, int& ntyp, int nlayer, const Arr1<double, MAXLAY>& zlayer, int& ierr,
             int icsrch) {
-    Section s{nsp, npt, xsoil, zsoil, zrock, xs, zs, XX, ZZ, numslc};
+    Section s{nsp,
+              npt,
+              xsoil,
+              zsoil,
+              zrock,
+              xs,
+              zs,
+              XX,
+              ZZ,
+              numslc,
+              // (counts beyond the arrays are reported below, before any depth is asked)
+              checkedBrokenLine(std::min(nsp, MAXCOL), 1, xsoil.data(), zsoil.data()),
+              checkedBrokenLine(std::min(nsp, MAXCOL), 1, xsoil.data(), zrock.data()),
+              checkedBrokenLine(std::min(npt, MAXPTS), 1, xs.data(), zs.data())};
     const bool earthPressure = idtyp == 2;
     bool lifted = false;
     ierr = 0;
