@@ -31,6 +31,11 @@ void INTPRF(int nprof, const double* xprof, const int* npoints, int ld, const do
             double xq, double zq, double& result, int& ierr);
 void TRIPNT(const double* xv, const double* zv, double x, double z, int& inside);
 void LOCATE(double x, double z, int& result);
+// The parts of LOCATE a caller may use to see that many points get one material: whether x
+// lies in the x range of the mesh, and the horizontal layer (1..NLAYER) whose material LOCATE
+// gives a point at depth z when no triangle holds it.
+bool insideMesh(double x);
+int layerAt(double z);
 void PWPXZ(double x, double z, double& u);
 void SUXZ(double x, double z, double beta, double& su0, double& su);
 
