@@ -18,7 +18,9 @@
 // 500, which the driver drops. Method 3 solves for the roughness factors 0.0, 0.1, ... 1.0 and
 // keeps the best of them: the highest factor among the perfect solutions, else the lowest
 // score; that one is computed once more and returned. A combined analysis repeats each
-// solution while bases change between drained and undrained failure.
+// solution while bases change between drained and undrained failure. The full force balance
+// of a slice (method 3) is the one of the force-equilibrium sweep (sliceBalance); a slice
+// fails here when its divisor is not above EPS.
 //
 // Reads:  MASTER.NUMSLC, METHOD, IDEFTO, NTYP, JPRINT, EPS, SFTZ, NEGPOK (and SFMIN, SFMAX
 //         through MOMEQL); SURF.SPAR(1..2) of a circle; SURF columns XX, ZZ, SINB, COSB, L34,
@@ -210,36 +212,15 @@ int sweepVertical(double F, double& divisor) {
 // shear being R = RFACTOR * R0 of the available one; the forces on the exit face of a slice
 // act on the entry face of the next.
 int sweepRough(double F, double& divisor) {
-    const int numSlices = MASTER.NUMSLC;
-    const double t = 1.0 / F;
-    for (int i = 1; i <= numSlices; ++i) {
+    for (int i = 1; i <= MASTER.NUMSLC; ++i) {
         SURF.R(i) = MASTER.RFACTOR * SURF.R0(i);
         const double R = SURF.R(i);
-        const bool undrained = undrainedBase(i);
-        const double K = SURF.L34(i) * (undrained ? SURF.SU3(i) : SURF.C3(i)) + SURF.SS(i);
-        const double baseTan = undrained ? 0.0 : SURF.TAN3(i);
-        const double faceHeight = SURF.ZZ(3, i) - SURF.ZZ(2, i);
-        const double sinb = SURF.SINB(i), cosb = SURF.COSB(i);
-
-        const double D8 = sinb - cosb * baseTan * t;
-        const double D10 = K * cosb * t - SURF.E1(i) - SURF.WX(i) - SURF.SNX(i) * t;
-        const double D12 = SURF.C2(i) * faceHeight * t;
-        const double D14 = SURF.WZ(i) + SURF.T1(i) + SURF.SNZ(i) * t - K * sinb * t;
-        const double DIV = SURF.TAN2(i) * R * t * D8 + sinb * baseTan * t + cosb;
-        if (DIV <= MASTER.EPS) {
-            divisor = DIV;
+        const SliceBalance balance = sliceBalance(i, F, R);
+        if (balance.divisor <= MASTER.EPS) {
+            divisor = balance.divisor;
             return i;
         }
-        SURF.P(i) = (R * (SURF.TAN2(i) * D10 / F - D12) + D14) / DIV;
-        SURF.E2(i) = SURF.P(i) * D8 - D10;
-        SURF.T2(i) = (SURF.TAN2(i) * SURF.E2(i) + SURF.C2(i) * faceHeight) * R / F;
-        SURF.S1(i) = (SURF.TAN3(i) * SURF.P(i) + SURF.L34(i) * SURF.C3(i)) / F;
-        SURF.S2(i) = SURF.L34(i) * SURF.SU3(i) / F;
-        SURF.S(i) = undrained ? SURF.S2(i) : SURF.S1(i);
-        if (i < numSlices) {
-            SURF.E1(i + 1) = SURF.E2(i);
-            SURF.T1(i + 1) = SURF.T2(i);
-        }
+        applySliceBalance(i, F, R, balance);
     }
     return 0;
 }
