@@ -167,19 +167,38 @@ int liftOutOfRock(Section& s, bool& lifted) {
     return 0;
 }
 
+// The shear surface runs from left to right, every segment wider than the coincidence
+// tolerance, and the soil surface's abscissas are numbers: then the shear segments over one
+// soil segment follow one another, and the crossings can be found by walking both lines.
+bool walkable(const Section& s) {
+    for (int i = 1; i < s.npt; ++i)
+        if (!(s.xs(i + 1) - s.xs(i) > kTol)) return false;
+    for (int j = 1; j <= s.nsp; ++j)
+        if (!std::isfinite(s.xsoil(j))) return false;
+    return true;
+}
+
 // Where the shear surface crosses the soil surface, in the order found (left to right). Until
 // the first crossing is found the soil surface is taken dc lower, so that the surface enters
 // dc below the ground. Only the first kMaxCrossings are kept; crossings counts them all.
+// Every soil segment is tried against the shear segments over it, in the order of both lines;
+// when the shear surface runs from left to right these are found by walking along it, else
+// every shear segment is looked at.
 // Returns 0, 4 (soil segment of zero length) or 5 (shear segment of zero length).
 int findCrossings(const Section& s, double dc, int icsrch, double* crossX, int& crossings) {
     crossings = 0;
     double lastX = 0.0;
+    const bool walk = walkable(s);
+    int firstOver = 1;  // while walking: the first shear segment that reaches the soil segment
     for (int j = 1; j < s.nsp; ++j) {
         const double soilDx = s.xsoil(j + 1) - s.xsoil(j);
         if (soilDx <= kTol) return 4;
         const double soilSlope = (s.zsoil(j + 1) - s.zsoil(j)) / soilDx;
         const double soilLevel0 = s.zsoil(j) - soilSlope * s.xsoil(j);
-        for (int i = 1; i < s.npt; ++i) {
+        if (walk)
+            while (firstOver < s.npt && s.xs(firstOver + 1) < s.xsoil(j)) ++firstOver;
+        for (int i = walk ? firstOver : 1; i < s.npt; ++i) {
+            if (walk && s.xs(i) > s.xsoil(j + 1)) break;
             if (std::max(s.xs(i), s.xs(i + 1)) < s.xsoil(j) || std::min(s.xs(i), s.xs(i + 1)) > s.xsoil(j + 1))
                 continue;
             const double shearDx = s.xs(i + 1) - s.xs(i);
