@@ -28,6 +28,7 @@
 #include <cmath>
 
 #include "io/fmt.h"
+#include "solver/slicebalance.h"
 #include "solver/solver.h"
 
 namespace {

@@ -38,6 +38,7 @@
 
 #include "io/fmt.h"
 #include "slices/slices.h"
+#include "solver/slicebalance.h"
 #include "solver/solver.h"
 
 namespace {
@@ -98,8 +99,6 @@ struct Counters {
     int LOOP1 = 0, ITRCMB = 0, LOOP2 = 0;
 };
 
-bool undrainedBase(int i) { return MASTER.IDEFTO == 3 && ISUR.MODE(i) == 2; }
-
 void findCentre(Rotation& rot) {
     const int numSlices = MASTER.NUMSLC;
     if (MASTER.NTYP == 2) {
@@ -152,10 +151,10 @@ bool divisorLimit(int method, double& SFDIVZ) {
         const double sinb = SURF.SINB(i), cosb = SURF.COSB(i);
         double candidate = 0.0;
         if (method != 3) {
-            if (!undrainedBase(i)) candidate = -sinb * SURF.TAN3(i) / cosb;
+            if (!undrainedSliceBase(i)) candidate = -sinb * SURF.TAN3(i) / cosb;
         } else {
             const double R = MASTER.RFACTOR * SURF.R0(i);
-            if (undrainedBase(i)) {
+            if (undrainedSliceBase(i)) {
                 candidate = -R * SURF.TAN2(i) * sinb / cosb;
             } else {
                 // The divisor of the slice balance as a quadratic in x = 1/F.
@@ -192,7 +191,7 @@ bool divisorLimit(int method, double& SFDIVZ) {
 // whose divisor is not above EPS (its divisor in divisor).
 int sweepVertical(double F, double& divisor) {
     for (int i = 1; i <= MASTER.NUMSLC; ++i) {
-        const bool undrained = undrainedBase(i);
+        const bool undrained = undrainedSliceBase(i);
         const double sinb = SURF.SINB(i), cosb = SURF.COSB(i);
         const double K = SURF.L34(i) * (undrained ? SURF.SU3(i) : SURF.C3(i));
         const double D = undrained ? cosb : sinb * SURF.TAN3(i) / F + cosb;
@@ -297,7 +296,7 @@ End iterate(int method, const Rotation& rot, const Counters& at, double start, d
             SUMPM += rot.armP[i - 1] * SURF.P(i);
             SUM5 += rot.armS[i - 1] * SURF.S(i);
             if (method != 3) {
-                const double D = undrainedBase(i) ? SURF.COSB(i) : SURF.SINB(i) * SURF.TAN3(i) / SFASM + SURF.COSB(i);
+                const double D = undrainedSliceBase(i) ? SURF.COSB(i) : SURF.SINB(i) * SURF.TAN3(i) / SFASM + SURF.COSB(i);
                 smallestDivisor = std::fmin(smallestDivisor, D);
             }
         }

@@ -54,20 +54,6 @@ void resetRoot3Alternation();
 void RMULT();
 void SCORER();
 void SLV123();
-// The force balance of slice i at the safety factor F with the face-2 roughness R (the share
-// of the face's available shear carried as interslice shear), shared by the force-equilibrium
-// sweep and the 2003 method. sliceBalance gives its terms; when the caller finds the divisor
-// acceptable, applySliceBalance writes P, S1, S2, S, E2, T2 of the slice and hands E2, T2 on
-// as E1, T1 of slice i + 1.
-struct SliceBalance {
-    double horizontalPerP;   // horizontal share of the base forces per unit normal force
-    double horizontalFixed;  // mobilised base cohesion less E1, WX and the nail's pull (horizontal)
-    double faceCohesion;     // face-2 cohesion mobilised at F, per unit roughness
-    double verticalFixed;    // WZ, T1 and the nail's pull less the mobilised base cohesion (vertical)
-    double divisor;          // divisor of P: vanishes where the slice cannot carry its load
-};
-SliceBalance sliceBalance(int i, double F, double R);
-void applySliceBalance(int i, double F, double R, const SliceBalance& b);
 void CHKEQL();
 
 // Stress-dependent friction angles and pore pressures of the current surface: ITER 0 before

@@ -1,4 +1,4 @@
-// solver/slicebalance.cpp
+// solver/slicebalance.h
 //
 // sliceBalance, applySliceBalance — the force balance of one slice at a trial safety factor,
 // shared by the force-equilibrium sweep (FRCEQR) and the 2003 method (SLV123).
@@ -16,18 +16,29 @@
 // Writes: (applySliceBalance) SURF P, S1, S2, S, E2, T2 of slice i, and E1, T1 of slice i + 1
 //         when there is one
 // IERR:   none
+//
+// Both are inline: the sweeps call them for every slice at every trial factor.
 
-#include "solver/solver.h"
+#pragma once
 
-namespace {
+#include "records.h"
 
-bool undrainedBase(int i) { return MASTER.IDEFTO == 3 && ISUR.MODE(i) == 2; }
+// The terms of the force balance of slice i at the safety factor F with the face-2 roughness R
+// (the share of the face's available shear carried as interslice shear).
+struct SliceBalance {
+    double horizontalPerP;   // horizontal share of the base forces per unit normal force
+    double horizontalFixed;  // mobilised base cohesion less E1, WX and the nail's pull (horizontal)
+    double faceCohesion;     // face-2 cohesion mobilised at F, per unit roughness
+    double verticalFixed;    // WZ, T1 and the nail's pull less the mobilised base cohesion (vertical)
+    double divisor;          // divisor of P: vanishes where the slice cannot carry its load
+};
 
-}  // namespace
+// A base that fails undrained in a combined analysis.
+inline bool undrainedSliceBase(int i) { return MASTER.IDEFTO == 3 && ISUR.MODE(i) == 2; }
 
-SliceBalance sliceBalance(int i, double F, double R) {
+inline SliceBalance sliceBalance(int i, double F, double R) {
     const double t = 1.0 / F;
-    const bool undrained = undrainedBase(i);
+    const bool undrained = undrainedSliceBase(i);
     const double baseResistance = SURF.L34(i) * (undrained ? SURF.SU3(i) : SURF.C3(i)) + SURF.SS(i);
     const double baseTan = undrained ? 0.0 : SURF.TAN3(i);
     const double faceHeight = SURF.ZZ(3, i) - SURF.ZZ(2, i);
@@ -43,14 +54,14 @@ SliceBalance sliceBalance(int i, double F, double R) {
     return b;
 }
 
-void applySliceBalance(int i, double F, double R, const SliceBalance& b) {
+inline void applySliceBalance(int i, double F, double R, const SliceBalance& b) {
     const double faceHeight = SURF.ZZ(3, i) - SURF.ZZ(2, i);
     SURF.P(i) = (R * (SURF.TAN2(i) * b.horizontalFixed / F - b.faceCohesion) + b.verticalFixed) / b.divisor;
     SURF.E2(i) = SURF.P(i) * b.horizontalPerP - b.horizontalFixed;
     SURF.T2(i) = (SURF.TAN2(i) * SURF.E2(i) + SURF.C2(i) * faceHeight) * R / F;
     SURF.S1(i) = (SURF.TAN3(i) * SURF.P(i) + SURF.L34(i) * SURF.C3(i)) / F;
     SURF.S2(i) = SURF.L34(i) * SURF.SU3(i) / F;
-    SURF.S(i) = undrainedBase(i) ? SURF.S2(i) : SURF.S1(i);
+    SURF.S(i) = undrainedSliceBase(i) ? SURF.S2(i) : SURF.S1(i);
     if (i < MASTER.NUMSLC) {
         SURF.E1(i + 1) = SURF.E2(i);
         SURF.T1(i + 1) = SURF.T2(i);
