@@ -69,14 +69,14 @@ void printDivisorProblem(double F, int i, double DIV) {
 // present roughness (divisor below EPS) reduces the roughness of the whole system and starts
 // the sweep again; the reduction factor stays in force, so every later sweep of this pass
 // reduces R once more. Returns false (IERR = 1) when 50 reductions did not help.
-bool sweep(double& RGHMOD, int& NRED) {
+bool sweep(const SliceCoefficients& coefficients, double& RGHMOD, int& NRED) {
     const int numSlices = MASTER.NUMSLC;
     const double F = MASTER.SF;
     int i = 1;
     while (i <= numSlices) {
         SURF.R(i) = SURF.R(i) * RGHMOD;
         const double R = SURF.R(i);
-        const SliceBalance balance = sliceBalance(i, F, R);
+        const SliceBalance balance = sliceBalance(coefficients, i, F, R);
         const double DIV = balance.divisor;
         if (DIV < MASTER.EPS) {
             if (MASTER.JPRINT >= 2) printDivisorProblem(F, i, DIV);
@@ -90,7 +90,7 @@ bool sweep(double& RGHMOD, int& NRED) {
             MASTER.IERR = 1;
             return false;
         }
-        applySliceBalance(i, F, R, balance);
+        applySliceBalance(coefficients, i, F, R, balance);
         ++i;
     }
     return true;
@@ -117,6 +117,7 @@ void FRCEQR() {
         return;
     }
 
+    SliceCoefficients coefficients;
     for (;;) {
         // A combined pass: the whole safety-factor iteration with the present failure modes.
         ++ITRCMB;
@@ -124,10 +125,11 @@ void FRCEQR() {
         double RGHMOD = 1.0;
         int ITNOW = 0;
         int NRED = 0;
+        coefficients.take(numSlices);
 
         for (;;) {
             ++ITNOW;
-            if (!sweep(RGHMOD, NRED)) return;
+            if (!sweep(coefficients, RGHMOD, NRED)) return;
             if (MASTER.IDTYP == 2) return;
 
             const double unbalance = SURF.E2(numSlices);

@@ -11,8 +11,9 @@
 // load) and applySliceBalance then writes the forces. In a combined analysis a base that
 // fails undrained carries su3 instead of c3 and no friction.
 //
-// Reads:  SURF columns SINB, COSB, L34, C3, TAN3, SU3, C2, TAN2, SS, WX, WZ, SNX, SNZ, ZZ, E1,
-//         T1 of slice i; ISUR.MODE(i); MASTER.IDEFTO, NUMSLC
+// Reads:  through SliceCoefficients::take the SURF columns SINB, COSB, L34, C3, TAN3, SU3, C2,
+//         TAN2, SS, WX, WZ, SNX, SNZ, ZZ and ISUR.MODE, MASTER.IDEFTO; at every slice SURF E1,
+//         T1 of slice i; MASTER.NUMSLC
 // Writes: (applySliceBalance) SURF P, S1, S2, S, E2, T2 of slice i, and E1, T1 of slice i + 1
 //         when there is one
 // IERR:   none
@@ -36,34 +37,81 @@ struct SliceBalance {
 // A base that fails undrained in a combined analysis.
 inline bool undrainedSliceBase(int i) { return MASTER.IDEFTO == 3 && ISUR.MODE(i) == 2; }
 
-inline SliceBalance sliceBalance(int i, double F, double R) {
+// What the balance of every slice takes from its loads and strengths, unchanged by the trial
+// factor and the roughness, in plain per-slice arrays (slice i at index i - 1). A series of
+// sweeps takes them from SURF once (take), and again when failure modes have changed.
+struct SliceCoefficients {
+    double sinb[MAXSLC];
+    double cosb[MAXSLC];
+    double baseResistance[MAXSLC];  // L34 c3 (L34 su3 on an undrained base) + SS
+    double baseTan[MAXSLC];         // tan3 (0 on an undrained base)
+    double faceHeight[MAXSLC];      // height of face 2, ZZ(3) - ZZ(2)
+    double tan2[MAXSLC];
+    double c2[MAXSLC];
+    double tan3[MAXSLC];
+    double drainedCohesion[MAXSLC];    // L34 c3
+    double undrainedCohesion[MAXSLC];  // L34 su3
+    double wx[MAXSLC];
+    double wz[MAXSLC];
+    double snx[MAXSLC];
+    double snz[MAXSLC];
+    bool undrained[MAXSLC];
+
+    // Slices 1..n (n within 1..99).
+    void take(int n) {
+        for (int i = 1; i <= n; ++i) {
+            const int k = i - 1;
+            undrained[k] = undrainedSliceBase(i);
+            baseResistance[k] = SURF.L34(i) * (undrained[k] ? SURF.SU3(i) : SURF.C3(i)) + SURF.SS(i);
+            baseTan[k] = undrained[k] ? 0.0 : SURF.TAN3(i);
+            faceHeight[k] = SURF.ZZ(3, i) - SURF.ZZ(2, i);
+            sinb[k] = SURF.SINB(i);
+            cosb[k] = SURF.COSB(i);
+            tan2[k] = SURF.TAN2(i);
+            c2[k] = SURF.C2(i);
+            tan3[k] = SURF.TAN3(i);
+            drainedCohesion[k] = SURF.L34(i) * SURF.C3(i);
+            undrainedCohesion[k] = SURF.L34(i) * SURF.SU3(i);
+            wx[k] = SURF.WX(i);
+            wz[k] = SURF.WZ(i);
+            snx[k] = SURF.SNX(i);
+            snz[k] = SURF.SNZ(i);
+        }
+    }
+};
+
+inline SliceBalance sliceBalance(const SliceCoefficients& c, int i, double F, double R) {
+    const int k = i - 1;
     const double t = 1.0 / F;
-    const bool undrained = undrainedSliceBase(i);
-    const double baseResistance = SURF.L34(i) * (undrained ? SURF.SU3(i) : SURF.C3(i)) + SURF.SS(i);
-    const double baseTan = undrained ? 0.0 : SURF.TAN3(i);
-    const double faceHeight = SURF.ZZ(3, i) - SURF.ZZ(2, i);
-    const double sinb = SURF.SINB(i);
-    const double cosb = SURF.COSB(i);
+    const double baseResistance = c.baseResistance[k];
+    const double baseTan = c.baseTan[k];
+    const double sinb = c.sinb[k];
+    const double cosb = c.cosb[k];
 
     SliceBalance b;
     b.horizontalPerP = sinb - cosb * baseTan * t;
-    b.horizontalFixed = baseResistance * cosb * t - SURF.E1(i) - SURF.WX(i) - SURF.SNX(i) * t;
-    b.faceCohesion = SURF.C2(i) * faceHeight * t;
-    b.verticalFixed = SURF.WZ(i) + SURF.T1(i) + SURF.SNZ(i) * t - baseResistance * sinb * t;
-    b.divisor = SURF.TAN2(i) * R * t * b.horizontalPerP + sinb * baseTan * t + cosb;
+    b.horizontalFixed = baseResistance * cosb * t - SURF.E1(i) - c.wx[k] - c.snx[k] * t;
+    b.faceCohesion = c.c2[k] * c.faceHeight[k] * t;
+    b.verticalFixed = c.wz[k] + SURF.T1(i) + c.snz[k] * t - baseResistance * sinb * t;
+    b.divisor = c.tan2[k] * R * t * b.horizontalPerP + sinb * baseTan * t + cosb;
     return b;
 }
 
-inline void applySliceBalance(int i, double F, double R, const SliceBalance& b) {
-    const double faceHeight = SURF.ZZ(3, i) - SURF.ZZ(2, i);
-    SURF.P(i) = (R * (SURF.TAN2(i) * b.horizontalFixed / F - b.faceCohesion) + b.verticalFixed) / b.divisor;
-    SURF.E2(i) = SURF.P(i) * b.horizontalPerP - b.horizontalFixed;
-    SURF.T2(i) = (SURF.TAN2(i) * SURF.E2(i) + SURF.C2(i) * faceHeight) * R / F;
-    SURF.S1(i) = (SURF.TAN3(i) * SURF.P(i) + SURF.L34(i) * SURF.C3(i)) / F;
-    SURF.S2(i) = SURF.L34(i) * SURF.SU3(i) / F;
-    SURF.S(i) = undrainedSliceBase(i) ? SURF.S2(i) : SURF.S1(i);
+inline void applySliceBalance(const SliceCoefficients& c, int i, double F, double R, const SliceBalance& b) {
+    const int k = i - 1;
+    const double P = (R * (c.tan2[k] * b.horizontalFixed / F - b.faceCohesion) + b.verticalFixed) / b.divisor;
+    const double E2 = P * b.horizontalPerP - b.horizontalFixed;
+    const double T2 = (c.tan2[k] * E2 + c.c2[k] * c.faceHeight[k]) * R / F;
+    const double S1 = (c.tan3[k] * P + c.drainedCohesion[k]) / F;
+    const double S2 = c.undrainedCohesion[k] / F;
+    SURF.P(i) = P;
+    SURF.E2(i) = E2;
+    SURF.T2(i) = T2;
+    SURF.S1(i) = S1;
+    SURF.S2(i) = S2;
+    SURF.S(i) = c.undrained[k] ? S2 : S1;
     if (i < MASTER.NUMSLC) {
-        SURF.E1(i + 1) = SURF.E2(i);
-        SURF.T1(i + 1) = SURF.T2(i);
+        SURF.E1(i + 1) = E2;
+        SURF.T1(i + 1) = T2;
     }
 }

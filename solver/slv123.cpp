@@ -210,24 +210,24 @@ int sweepVertical(double F, double& divisor) {
 // Base and interslice forces of every slice at F from its full force balance, the face-2
 // shear being R = RFACTOR * R0 of the available one; the forces on the exit face of a slice
 // act on the entry face of the next.
-int sweepRough(double F, double& divisor) {
+int sweepRough(const SliceCoefficients& coefficients, double F, double& divisor) {
     for (int i = 1; i <= MASTER.NUMSLC; ++i) {
         SURF.R(i) = MASTER.RFACTOR * SURF.R0(i);
         const double R = SURF.R(i);
-        const SliceBalance balance = sliceBalance(i, F, R);
+        const SliceBalance balance = sliceBalance(coefficients, i, F, R);
         if (balance.divisor <= MASTER.EPS) {
             divisor = balance.divisor;
             return i;
         }
-        applySliceBalance(i, F, R, balance);
+        applySliceBalance(coefficients, i, F, R, balance);
     }
     return 0;
 }
 
 // Solves SFASM = SFCMP from one start value. SF1 is the result of the first start when this
 // is the second one (LOOP2 = 2). smallestTried is the lowest SFASM whose moment was taken.
-End iterate(int method, const Rotation& rot, const Counters& at, double start, double SFDIVZ, double SF1,
-            bool anyPassSolved, double& result, double& smallestTried) {
+End iterate(int method, const Rotation& rot, const SliceCoefficients& coefficients, const Counters& at, double start,
+            double SFDIVZ, double SF1, bool anyPassSolved, double& result, double& smallestTried) {
     const int numSlices = MASTER.NUMSLC;
     const bool traceIterations = MASTER.JPRINT >= 3;
     double tried[kMaxIterations];
@@ -252,7 +252,7 @@ End iterate(int method, const Rotation& rot, const Counters& at, double start, d
         }
 
         double divisor = 0.0;
-        const int failedSlice = method == 3 ? sweepRough(SFASM, divisor) : sweepVertical(SFASM, divisor);
+        const int failedSlice = method == 3 ? sweepRough(coefficients, SFASM, divisor) : sweepVertical(SFASM, divisor);
         if (failedSlice != 0) {
             // The assumed factor is at or below the limit where a base cannot carry its load:
             // push it up and repeat the iteration.
@@ -378,6 +378,7 @@ PassResult solvePass(int method, const Rotation& rot, Counters at, bool finalPas
     PassResult pass;
     int NUMCHG = 0;
     double SFLAST = 0.0;
+    SliceCoefficients coefficients;
     for (at.ITRCMB = 1;; ++at.ITRCMB) {
         double SFDIVZ = 0.0;
         if (!divisorLimit(method, SFDIVZ)) {
@@ -385,20 +386,21 @@ PassResult solvePass(int method, const Rotation& rot, Counters at, bool finalPas
             return pass;
         }
         const double lowest = std::fmax(SFDIVZ, MASTER.SFTZ);
+        coefficients.take(MASTER.NUMSLC);
 
         at.LOOP2 = 1;
         double start = kFirstStart * lowest;
         if (finalPass && at.ITRCMB == 1) start = finalStart;
         else if (havePrevious) start = kRestartAbove * previousSolution;
         double SF1 = 0.0, smallestTried = 0.0;
-        pass.end = iterate(method, rot, at, start, SFDIVZ, 0.0, anyPassSolved, SF1, smallestTried);
+        pass.end = iterate(method, rot, coefficients, at, start, SFDIVZ, 0.0, anyPassSolved, SF1, smallestTried);
         if (pass.end != End::Done) break;
 
         double SF2 = SF1;
         if (!(smallestTried < kSecondStartNeeded * SF1)) {
             at.LOOP2 = 2;
             double unused = 0.0;
-            pass.end = iterate(method, rot, at, (SF1 + lowest) * 0.5, SFDIVZ, SF1, anyPassSolved, SF2, unused);
+            pass.end = iterate(method, rot, coefficients, at, (SF1 + lowest) * 0.5, SFDIVZ, SF1, anyPassSolved, SF2, unused);
             if (pass.end != End::Done) break;
         }
         pass.marker = " ";
