@@ -24,6 +24,7 @@ struct BrokenLine {
     const double* x;
     const double* y;
     int code;
+    mutable int lastFound;  // the point found by the last look-up (0: none yet), where the next one looks first
 };
 BrokenLine checkedBrokenLine(int n, int direction, const double* x, const double* y);
 void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr);

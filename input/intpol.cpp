@@ -9,8 +9,9 @@
 // A routine that asks many abscissas of one table checks the table once (checkedBrokenLine)
 // and then asks it with interpolate, which gives exactly what INTPOL gives, the error code of
 // a bad table included, as long as the table's abscissas stay as they were checked. The
-// bracketing points are found by bisection: the first point k with x(k) - x >= 0 (direction 1)
-// or x(k) - x <= 0 (direction -1), the same point a walk from the start would stop at.
+// bracketing points are found by bisection, or next to the ones found last: the first point k
+// with x(k) - x >= 0 (direction 1) or x(k) - x <= 0 (direction -1), the same point a walk from
+// the start would stop at.
 //
 // Reads:  the arguments only (n, direction, x(1..n), y(1..n), xq)
 // Writes: yq, the value at xq (1.0E10 when an error is reported); ierr
@@ -45,7 +46,7 @@ int tableCode(int n, int direction, const double* x) {
 }  // namespace
 
 BrokenLine checkedBrokenLine(int n, int direction, const double* x, const double* y) {
-    return BrokenLine{n, direction, x, y, tableCode(n, direction, x)};
+    return BrokenLine{n, direction, x, y, tableCode(n, direction, x), 0};
 }
 
 void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr) {
@@ -70,18 +71,29 @@ void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr) {
         yq = y[n - 1];
         return;
     }
-    // x(low) is short of xq, x(high) reaches it; the first point that reaches it is wanted.
-    int low = 0;
-    int high = n - 1;
-    while (high - low > 1) {
-        const int mid = low + (high - low) / 2;
-        const bool reaches = increasing ? !(x[mid] - xq < 0.0) : !(x[mid] - xq > 0.0);
-        if (reaches)
-            high = mid;
-        else
-            low = mid;
+    // The first point that reaches xq is wanted. Look-ups mostly walk along the line, so the
+    // segment found last and the one after it are tried first; else x(low) is short of xq,
+    // x(high) reaches it, and the interval is halved until they are neighbours.
+    const auto reaches = [&](int j) { return increasing ? !(x[j] - xq < 0.0) : !(x[j] - xq > 0.0); };
+    int k = 0;
+    const int last = line.lastFound;
+    if (last >= 1 && last < n && !reaches(last - 1) && reaches(last)) {
+        k = last;
+    } else if (last >= 1 && last + 1 < n && !reaches(last) && reaches(last + 1)) {
+        k = last + 1;
+    } else {
+        int low = 0;
+        int high = n - 1;
+        while (high - low > 1) {
+            const int mid = low + (high - low) / 2;
+            if (reaches(mid))
+                high = mid;
+            else
+                low = mid;
+        }
+        k = high;
     }
-    const int k = high;
+    line.lastFound = k;
     if (x[k] == xq) {
         yq = y[k];
         return;
