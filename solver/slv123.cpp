@@ -295,7 +295,8 @@ End iterate(int method, const Rotation& rot, const SliceCoefficients& coefficien
         for (int i = 1; i <= numSlices; ++i) {
             SUMPM += rot.armP[i - 1] * SURF.P(i);
             SUM5 += rot.armS[i - 1] * SURF.S(i);
-            if (method != 3) {
+            // The smallest divisor of the vertical balance is only shown in the trace print.
+            if (method != 3 && traceIterations) {
                 const double D = undrainedSliceBase(i) ? SURF.COSB(i) : SURF.SINB(i) * SURF.TAN3(i) / SFASM + SURF.COSB(i);
                 smallestDivisor = std::fmin(smallestDivisor, D);
             }
