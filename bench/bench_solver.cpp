@@ -10,11 +10,15 @@
 // with a search width of 1 mm, so that its moves gain almost nothing and the search ends
 // after one or two iterations (an iteration sweeps the 33 vertices of the surface, twelve
 // trials each, and prints and saves its improvements). The counters give the trials and the
-// iterations they make, so that the time of one iteration is the time over "iterations".
+// iterations they make, so that the time of one iteration is the time over "iterations". A
+// single circle of 50 slices on a homogeneous dry slope (bench/data/homogeneous) times the whole
+// analysis of one trial surface as a search makes it: slicing, loads and solution, by Bishop's
+// simplified method and by the 2003 method.
 // Run: build/bench/kalmo_bench
 
 #include <benchmark/benchmark.h>
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -31,11 +35,12 @@ namespace {
 bool gReady = false;
 int gExampleMethod = 0;
 std::string gFolder;
+std::string gInput;
 
 // The start-up of a run, without the dialogue: the start of the run, the channels, the input
-// read.
-bool readExample() {
-    if (gReady) return true;
+// read (again only when another input is asked for).
+bool readInput(const std::string& input) {
+    if (gReady && gInput == input) return true;
     startRun();
     POSTGRAF.NFCOPY = 9;
     io::bindNull(8);
@@ -43,18 +48,22 @@ bool readExample() {
     io::bindNull(12);
     std::string folder = (std::filesystem::temp_directory_path() / "kalmo-bench").string();
     std::filesystem::create_directories(folder);
-    gFolder = folder;
-    if (io::openOld(14, std::string(KALMO_EXAMPLES) + "/slope/KALMO.INP") != 0) return false;
+    if (io::openOld(14, input) != 0) return false;
     io::openNew(15, folder + "/KALMO.TMP");
     io::openNew(16, folder + "/KALMO.RES");
     io::openNew(17, folder + "/KALMO.PLT");
     io::openNew(18, folder + "/KALMO.LOG");
     MASTER.IERR = 0;
     READ();
-    gReady = MASTER.IERR == 0 && MASTER.NUMGEN >= 1;
+    gReady = MASTER.IERR == 0;
     gExampleMethod = MASTER.METHOD;
     gFolder = folder;
+    gInput = input;
     return gReady;
+}
+
+bool readExample() {
+    return readInput(std::string(KALMO_EXAMPLES) + "/slope/KALMO.INP") && MASTER.NUMGEN >= 1;
 }
 
 // The example's first general surface as it stands.
@@ -119,6 +128,34 @@ void autosearchIteration(benchmark::State& state) {
 
 }  // namespace
 
+// One circle of 50 slices through the toe (40, 10) of the homogeneous 1:2 slope, centre (30, -5),
+// with the polyline a circle search gives 50 slices (151 points); argument: the method.
+void analyseCircle(benchmark::State& state) {
+    if (!readInput(std::string(KALMO_BENCH_DATA) + "/homogeneous/KALMO.INP")) {
+        state.SkipWithError("the homogeneous slope could not be read");
+        return;
+    }
+    MASTER.METHOD = static_cast<int>(state.range(0));
+    MASTER.NSLREQ = 50;
+    const double xc = 30.0;
+    const double zc = -5.0;
+    const double radius = std::hypot(40.0 - xc, 10.0 - zc);
+    for (auto _ : state) {
+        MASTER.NTYP = 2;
+        MASTER.ICSRCH = 0;
+        MASTER.BESTSF = 1000000.0;
+        int points = 151;
+        CIRSRF(points, xc, zc, radius, SURF.XS.data(), SURF.ZS.data(), SURF.SPAR.data());
+        SURF.SPAR(1) = xc;
+        SURF.SPAR(2) = zc;
+        SOLVER(points);
+        benchmark::ClobberMemory();
+    }
+    if (MASTER.IERR != 0) state.SkipWithError("the solver reported an error");
+    state.counters["SF"] = benchmark::Counter(MASTER.SF);
+    state.counters["slices"] = benchmark::Counter(MASTER.NUMSLC);
+}
+
 // A full search of 100 x 100 circle centres (NX = NZ = 99) from x = 30 to 40 and z = -20 to -5,
 // every circle through the toe of the slope (40, 10), with the example's 30 slices and method.
 void searchCircleGrid(benchmark::State& state) {
@@ -152,6 +189,7 @@ void searchCircleGrid(benchmark::State& state) {
     state.counters["critical_SF"] = benchmark::Counter(MASTER.BESTSF);
 }
 
+BENCHMARK(analyseCircle)->ArgName("method")->Arg(1)->Arg(3);
 BENCHMARK(analyseGeneralSurface)->ArgName("method")->DenseRange(-1, 3);
 BENCHMARK(searchCircleGrid)->Iterations(1)->Unit(benchmark::kSecond);
 BENCHMARK(autosearchIteration)->Unit(benchmark::kMillisecond);

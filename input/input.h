@@ -15,10 +15,28 @@ void XYPLOT(int lines, int positions, char* grid, int npoints, int nf, const dou
 // Arrays are passed as pointers to their first element; n, counts and indices are 1-based
 // in the text of each routine's head.
 void INTPOL(int n, int direction, const double* x, const double* y, double xq, double& yq, int& ierr);
+// A broken line checked once for many look-ups: its table and the INTPOL error code of its
+// abscissas (0 when they run as the direction asks). interpolate gives what INTPOL gives on
+// the table, as long as its abscissas stay as they were when it was checked.
+struct BrokenLine {
+    int n;
+    int direction;
+    const double* x;
+    const double* y;
+    int code;
+    mutable int lastFound;  // the point found by the last look-up (0: none yet), where the next one looks first
+};
+BrokenLine checkedBrokenLine(int n, int direction, const double* x, const double* y);
+void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr);
 void INTPRF(int nprof, const double* xprof, const int* npoints, int ld, const double* zlev, const double* values,
             double xq, double zq, double& result, int& ierr);
 void TRIPNT(const double* xv, const double* zv, double x, double z, int& inside);
 void LOCATE(double x, double z, int& result);
+// The parts of LOCATE a caller may use to see that many points get one material: whether x
+// lies in the x range of the mesh, and the horizontal layer (1..NLAYER) whose material LOCATE
+// gives a point at depth z when no triangle holds it.
+bool insideMesh(double x);
+int layerAt(double z);
 void PWPXZ(double x, double z, double& u);
 void SUXZ(double x, double z, double beta, double& su0, double& su);
 

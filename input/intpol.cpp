@@ -6,6 +6,13 @@
 // (direction -1) by more than 1.0E-10 from point to point. A table that breaks this anywhere
 // is refused whatever the abscissa asked for, so that a bad table never goes unnoticed.
 //
+// A routine that asks many abscissas of one table checks the table once (checkedBrokenLine)
+// and then asks it with interpolate, which gives exactly what INTPOL gives, the error code of
+// a bad table included, as long as the table's abscissas stay as they were checked. The
+// bracketing points are found by bisection, or next to the ones found last: the first point k
+// with x(k) - x >= 0 (direction 1) or x(k) - x <= 0 (direction -1), the same point a walk from
+// the start would stop at.
+//
 // Reads:  the arguments only (n, direction, x(1..n), y(1..n), xq)
 // Writes: yq, the value at xq (1.0E10 when an error is reported); ierr
 // IERR:   0 ok; 1 direction neither 1 nor -1; 2 abscissas not increasing; 3 abscissas not
@@ -17,77 +24,83 @@ namespace {
 constexpr int kMaxPoints = 1000;
 constexpr double kNoValue = 1.0e10f;
 constexpr double kMinStep = 1.0e-10f;
+
+// The error code of the table's abscissas: 0 when they run as the direction asks.
+int tableCode(int n, int direction, const double* x) {
+    if (n > kMaxPoints) return 4;
+    if (n < 2) return 0;
+    if (direction == 1) {
+        if (x[n - 1] - x[0] < kMinStep) return 2;
+        for (int k = 1; k < n; ++k)
+            if (x[k] - x[k - 1] - kMinStep < 0.0) return 2;
+        return 0;
+    }
+    if (direction == -1) {
+        if (x[0] - x[n - 1] < kMinStep) return 3;
+        for (int k = 1; k < n; ++k)
+            if (x[k - 1] - x[k] - kMinStep < 0.0) return 3;
+        return 0;
+    }
+    return 1;
+}
 }  // namespace
 
-void INTPOL(int n, int direction, const double* x, const double* y, double xq, double& yq, int& ierr) {
-    ierr = 0;
+BrokenLine checkedBrokenLine(int n, int direction, const double* x, const double* y) {
+    return BrokenLine{n, direction, x, y, tableCode(n, direction, x), 0};
+}
+
+void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr) {
+    ierr = line.code;
     yq = kNoValue;
-    if (n > kMaxPoints) {
-        ierr = 4;
-        return;
-    }
+    if (ierr != 0) return;
+    const int n = line.n;
+    const double* x = line.x;
+    const double* y = line.y;
     if (n < 2) {
         yq = y[0];
         return;
     }
-
-    if (direction == 1) {
-        if (x[n - 1] - x[0] < kMinStep) {
-            ierr = 2;
-            return;
-        }
-        for (int k = 1; k < n; ++k) {
-            if (x[k] - x[k - 1] - kMinStep < 0.0) {
-                ierr = 2;
-                return;
-            }
-        }
-        if (xq <= x[0]) {
-            yq = y[0];
-            return;
-        }
-        if (xq >= x[n - 1]) {
-            yq = y[n - 1];
-            return;
-        }
-        int k = 1;
-        while (x[k] - xq < 0.0) ++k;
-        if (x[k] == xq) {
-            yq = y[k];
-            return;
-        }
-        yq = y[k - 1] + (y[k] - y[k - 1]) / (x[k] - x[k - 1]) * (xq - x[k - 1]);
+    // The ends of an increasing table are its first and last point; of a decreasing one the
+    // same points with the comparisons turned.
+    const bool increasing = line.direction == 1;
+    if (increasing ? xq <= x[0] : xq >= x[0]) {
+        yq = y[0];
         return;
     }
-
-    if (direction == -1) {
-        if (x[0] - x[n - 1] < kMinStep) {
-            ierr = 3;
-            return;
-        }
-        for (int k = 1; k < n; ++k) {
-            if (x[k - 1] - x[k] - kMinStep < 0.0) {
-                ierr = 3;
-                return;
-            }
-        }
-        if (xq >= x[0]) {
-            yq = y[0];
-            return;
-        }
-        if (xq <= x[n - 1]) {
-            yq = y[n - 1];
-            return;
-        }
-        int k = 1;
-        while (x[k] - xq > 0.0) ++k;
-        if (x[k] == xq) {
-            yq = y[k];
-            return;
-        }
-        yq = y[k - 1] + (y[k] - y[k - 1]) / (x[k] - x[k - 1]) * (xq - x[k - 1]);
+    if (increasing ? xq >= x[n - 1] : xq <= x[n - 1]) {
+        yq = y[n - 1];
         return;
     }
+    // The first point that reaches xq is wanted. Look-ups mostly walk along the line, so the
+    // segment found last and the one after it are tried first; else x(low) is short of xq,
+    // x(high) reaches it, and the interval is halved until they are neighbours.
+    const auto reaches = [&](int j) { return increasing ? !(x[j] - xq < 0.0) : !(x[j] - xq > 0.0); };
+    int k = 0;
+    const int last = line.lastFound;
+    if (last >= 1 && last < n && !reaches(last - 1) && reaches(last)) {
+        k = last;
+    } else if (last >= 1 && last + 1 < n && !reaches(last) && reaches(last + 1)) {
+        k = last + 1;
+    } else {
+        int low = 0;
+        int high = n - 1;
+        while (high - low > 1) {
+            const int mid = low + (high - low) / 2;
+            if (reaches(mid))
+                high = mid;
+            else
+                low = mid;
+        }
+        k = high;
+    }
+    line.lastFound = k;
+    if (x[k] == xq) {
+        yq = y[k];
+        return;
+    }
+    yq = y[k - 1] + (y[k] - y[k - 1]) / (x[k] - x[k - 1]) * (xq - x[k - 1]);
+}
 
-    ierr = 1;
+void INTPOL(int n, int direction, const double* x, const double* y, double xq, double& yq, int& ierr) {
+    interpolate(checkedBrokenLine(n, direction, x, y), xq, yq, ierr);
 }

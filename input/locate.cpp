@@ -65,11 +65,21 @@ int meshElement(double x, double z) {
 
 }  // namespace
 
+int layerAt(double z) {
+    int layer = 1;
+    while (layer < IGEOMS.NLAYER && GEOMSH.ZLAYER(layer) < z) ++layer;
+    return layer;
+}
+
+bool insideMesh(double x) {
+    const bool haveMesh = IGEOMS.NX >= 1 && IGEOMS.NZ >= 1 && IGEOMS.NNODE >= 2;
+    return haveMesh && x >= GEOMSH.XNOD(1) && x <= GEOMSH.XNOD(IGEOMS.NNODE);
+}
+
 void LOCATE(double x, double z, int& result) {
     const int code = result;
     MASTER.IERR = 0;
-    const bool haveMesh = IGEOMS.NX >= 1 && IGEOMS.NZ >= 1 && IGEOMS.NNODE >= 2;
-    if (!haveMesh || !(x >= GEOMSH.XNOD(1) && x <= GEOMSH.XNOD(IGEOMS.NNODE))) {
+    if (!insideMesh(x)) {
         reportOutside(x, z, code, result);
         return;
     }
@@ -85,11 +95,7 @@ void LOCATE(double x, double z, int& result) {
     }
 
     int material = 1;
-    if (IGEOMS.NLAYER > 0) {
-        int layer = 1;
-        while (layer < IGEOMS.NLAYER && GEOMSH.ZLAYER(layer) < z) ++layer;
-        material = IGEOMS.LAYMAT(layer);
-    }
+    if (IGEOMS.NLAYER > 0) material = IGEOMS.LAYMAT(layerAt(z));
 
     bool inTriangle = false;
     for (int t = 1; t <= IGEOMS.NTRI && !inTriangle; ++t) {

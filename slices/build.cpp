@@ -135,6 +135,41 @@ void facePoint(int I, int k, double& x, double& z, double& weight) {
     }
 }
 
+// The material LOCATE gives every strength point of slice I (five on the base, three on face
+// 2) when it is one and the same without a look at triangles or the mesh: no triangles, every
+// point within the mesh, and the shallowest and the deepest point in one horizontal layer (or
+// no layers and a single material). 0 when the points must be located one by one.
+int oneMaterial(int I) {
+    if (IGEOMS.NTRI != 0) return 0;
+    if (IGEOMS.NLAYER <= 0 && ISOLPR.NMAT > 1) return 0;
+    double shallowest = 0.0;
+    double deepest = 0.0;
+    for (int k = 1; k <= 8; ++k) {
+        double x = 0.0, z = 0.0, weight = 0.0;
+        if (k <= 5)
+            basePoint(I, k, x, z);
+        else
+            facePoint(I, k - 5, x, z, weight);
+        if (!insideMesh(x)) return 0;
+        shallowest = k == 1 ? z : std::min(shallowest, z);
+        deepest = k == 1 ? z : std::max(deepest, z);
+    }
+    if (IGEOMS.NLAYER <= 0) return 1;
+    const int layer = layerAt(shallowest);
+    if (layerAt(deepest) != layer) return 0;
+    const int m = IGEOMS.LAYMAT(layer);
+    return m >= 1 && m <= MAXMAT ? m : 0;
+}
+
+// Material at strength point (x, z) of slice I: the slice's one material when it has one.
+bool sliceMaterialAt(int I, int known, double x, double z, int& m) {
+    if (known != 0) {
+        m = known;
+        return true;
+    }
+    return materialAt(I, x, z, m);
+}
+
 // Drained strengths of slice I and its pore pressures. The base uses signed properties with
 // the strength factors applied per point; face 2 uses magnitudes with the factors applied to
 // the mean.
@@ -142,11 +177,12 @@ void drainedSlice(int I, int& IREJ) {
     const double eps = MASTER.EPS;
     double sumCohesion = 0.0;
     double sumFriction = 0.0;
+    const int known = oneMaterial(I);
     int m = 0;
     for (int k = 1; k <= 5; ++k) {
         double x = 0.0, z = 0.0;
         basePoint(I, k, x, z);
-        if (!materialAt(I, x, z, m)) return;
+        if (!sliceMaterialAt(I, known, x, z, m)) return;
         double cohesion = MASTER.FCTSUC * SOLPRP.MAT(COHESN, m);
         if (cohesion < 0.0) {
             // A negative cohesion refers to the strength profiles, in percent.
@@ -212,7 +248,7 @@ void drainedSlice(int I, int& IREJ) {
     for (int k = 1; k <= 3; ++k) {
         double x = 0.0, z = 0.0, weight = 0.0;
         facePoint(I, k, x, z, weight);
-        if (!materialAt(I, x, z, m)) return;
+        if (!sliceMaterialAt(I, known, x, z, m)) return;
         double cohesion = std::fabs(SOLPRP.MAT(COHESN, m));
         if (SOLPRP.MAT(COHESN, m) < 0.0) {
             double profile = 0.0;

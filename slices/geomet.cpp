@@ -63,24 +63,29 @@ struct Section {
     Corners& XX;
     Corners& ZZ;
     int& numslc;
+    // The three broken lines, checked once: the abscissas of the soil surface and of the
+    // shear surface do not change while the surface is sliced (only its depths do).
+    BrokenLine soil;
+    BrokenLine rock;
+    BrokenLine shear;
 };
 
 // Depths at x; each returns the INTPOL code.
 int soilDepth(const Section& s, double x, double& depth) {
     int code = 0;
-    INTPOL(s.nsp, 1, s.xsoil.data(), s.zsoil.data(), x, depth, code);
+    interpolate(s.soil, x, depth, code);
     return code;
 }
 
 int rockDepth(const Section& s, double x, double& depth) {
     int code = 0;
-    INTPOL(s.nsp, 1, s.xsoil.data(), s.zrock.data(), x, depth, code);
+    interpolate(s.rock, x, depth, code);
     return code;
 }
 
 int shearDepth(const Section& s, double x, double& depth) {
     int code = 0;
-    INTPOL(s.npt, 1, s.xs.data(), s.zs.data(), x, depth, code);
+    interpolate(s.shear, x, depth, code);
     return code;
 }
 
@@ -162,19 +167,38 @@ int liftOutOfRock(Section& s, bool& lifted) {
     return 0;
 }
 
+// The shear surface runs from left to right, every segment wider than the coincidence
+// tolerance, and the soil surface's abscissas are numbers: then the shear segments over one
+// soil segment follow one another, and the crossings can be found by walking both lines.
+bool walkable(const Section& s) {
+    for (int i = 1; i < s.npt; ++i)
+        if (!(s.xs(i + 1) - s.xs(i) > kTol)) return false;
+    for (int j = 1; j <= s.nsp; ++j)
+        if (!std::isfinite(s.xsoil(j))) return false;
+    return true;
+}
+
 // Where the shear surface crosses the soil surface, in the order found (left to right). Until
 // the first crossing is found the soil surface is taken dc lower, so that the surface enters
 // dc below the ground. Only the first kMaxCrossings are kept; crossings counts them all.
+// Every soil segment is tried against the shear segments over it, in the order of both lines;
+// when the shear surface runs from left to right these are found by walking along it, else
+// every shear segment is looked at.
 // Returns 0, 4 (soil segment of zero length) or 5 (shear segment of zero length).
 int findCrossings(const Section& s, double dc, int icsrch, double* crossX, int& crossings) {
     crossings = 0;
     double lastX = 0.0;
+    const bool walk = walkable(s);
+    int firstOver = 1;  // while walking: the first shear segment that reaches the soil segment
     for (int j = 1; j < s.nsp; ++j) {
         const double soilDx = s.xsoil(j + 1) - s.xsoil(j);
         if (soilDx <= kTol) return 4;
         const double soilSlope = (s.zsoil(j + 1) - s.zsoil(j)) / soilDx;
         const double soilLevel0 = s.zsoil(j) - soilSlope * s.xsoil(j);
-        for (int i = 1; i < s.npt; ++i) {
+        if (walk)
+            while (firstOver < s.npt && s.xs(firstOver + 1) < s.xsoil(j)) ++firstOver;
+        for (int i = walk ? firstOver : 1; i < s.npt; ++i) {
+            if (walk && s.xs(i) > s.xsoil(j + 1)) break;
             if (std::max(s.xs(i), s.xs(i + 1)) < s.xsoil(j) || std::min(s.xs(i), s.xs(i + 1)) > s.xsoil(j + 1))
                 continue;
             const double shearDx = s.xs(i + 1) - s.xs(i);
@@ -396,7 +420,20 @@ void GEOMET(int nsp, int npt, int& numslc, int nslreq, int idtyp, const Arr1<dou
             Arr1<double, MAXPTS>& zs, double& dc, double xwall, double zwall, Corners& XX, Corners& ZZ,
             Arr1<double, MAXSLC>& AREA, int& ntyp, int nlayer, const Arr1<double, MAXLAY>& zlayer, int& ierr,
             int icsrch) {
-    Section s{nsp, npt, xsoil, zsoil, zrock, xs, zs, XX, ZZ, numslc};
+    Section s{nsp,
+              npt,
+              xsoil,
+              zsoil,
+              zrock,
+              xs,
+              zs,
+              XX,
+              ZZ,
+              numslc,
+              // (counts beyond the arrays are reported below, before any depth is asked)
+              checkedBrokenLine(std::min(nsp, MAXCOL), 1, xsoil.data(), zsoil.data()),
+              checkedBrokenLine(std::min(nsp, MAXCOL), 1, xsoil.data(), zrock.data()),
+              checkedBrokenLine(std::min(npt, MAXPTS), 1, xs.data(), zs.data())};
     const bool earthPressure = idtyp == 2;
     bool lifted = false;
     ierr = 0;

@@ -49,10 +49,15 @@ int gNonHorizontalWarnings = 0;  // non-horizontal water tables reported so far 
 int soilSurfacePoints() { return std::clamp(IGEOMS.NX + 1, 0, MAXCOL); }
 int waterTablePoints() { return std::clamp(IWATER.NUMXPW, 0, MAXPWX); }
 
+// The soil surface, checked once for all the depths one slice asks of it.
+BrokenLine soilSurface() {
+    return checkedBrokenLine(soilSurfacePoints(), 1, GEOMSH.XSURF.data(), GEOMSH.ZSURF.data());
+}
+
 // Depth of the soil surface at x; false after an error (IERR = 100 + code).
-bool soilSurfaceAt(double x, double& z) {
+bool soilSurfaceAt(const BrokenLine& ground, double x, double& z) {
     int ierr = 0;
-    INTPOL(soilSurfacePoints(), 1, GEOMSH.XSURF.data(), GEOMSH.ZSURF.data(), x, z, ierr);
+    interpolate(ground, x, z, ierr);
     if (ierr != 0) {
         MASTER.IERR = ierr + 100;
         return false;
@@ -60,15 +65,22 @@ bool soilSurfaceAt(double x, double& z) {
     return true;
 }
 
+// The water-table polyline, checked once for all the levels one slice asks of it.
+BrokenLine waterTable() {
+    return checkedBrokenLine(waterTablePoints(), 1, WATER1.XPW.data(), WATER1.ZFREE.data());
+}
+
 // Level of the free water at x: the water-table polyline when there is one, else the water
 // table level. ierr is the code of a failing interpolation.
-double waterLevelAt(double x, int& ierr) {
+double waterLevelAt(const BrokenLine& water, double x, int& ierr) {
     ierr = 0;
     if (waterTablePoints() == 0) return WATER1.ZWATER;
     double z = 0.0;
-    INTPOL(waterTablePoints(), 1, WATER1.XPW.data(), WATER1.ZFREE.data(), x, z, ierr);
+    interpolate(water, x, z, ierr);
     return z;
 }
+
+double waterLevelAt(double x, int& ierr) { return waterLevelAt(waterTable(), x, ierr); }
 
 bool validMaterial(int m) { return m >= 1 && m <= MAXMAT; }
 
@@ -87,6 +99,7 @@ bool gridIntegration(int I, double& sumWeight, double& sumArea) {
     double x1 = SURF.XX(1, I);
     double width = SURF.XX(2, I) - x1;
     double columnWidth = width / columns;
+    const BrokenLine water = waterTable();
     for (int j = 1; j <= columns; ++j) {
         double x = x1 + (j - 0.5) * columnWidth;
         double zTop = SURF.ZZ(1, I) + (SURF.ZZ(2, I) - SURF.ZZ(1, I)) * (x - x1) / width;
@@ -94,7 +107,7 @@ bool gridIntegration(int I, double& sumWeight, double& sumArea) {
         double cellHeight = (zBase - zTop) / rows;
         double cellArea = columnWidth * cellHeight;
         int ierrWater = 0;
-        double zWater = waterLevelAt(x, ierrWater);
+        double zWater = waterLevelAt(water, x, ierrWater);
         bool noWaterTable = waterTablePoints() == 0 || ierrWater != 0;
         for (int k = 1; k <= rows; ++k) {
             double z = zTop + (k - 0.5) * cellHeight;
@@ -171,6 +184,8 @@ bool soilAboveTop(int I, double gamma, double tolerance) {
     }
     if (!brokenTop) return true;
 
+    const BrokenLine ground = soilSurface();
+    const BrokenLine water = waterTable();
     double width = x2 - x1;
     double columnWidth = width / 10.0;
     double gamw = WATER1.GAMWAT;
@@ -178,9 +193,9 @@ bool soilAboveTop(int I, double gamma, double tolerance) {
         double x = x1 + (j - 0.5) * columnWidth;
         double zChord = SURF.ZZ(1, I) + (SURF.ZZ(2, I) - SURF.ZZ(1, I)) * (x - x1) / width;
         double zGround = 0.0;
-        if (!soilSurfaceAt(x, zGround)) return false;
+        if (!soilSurfaceAt(ground, x, zGround)) return false;
         int ierr = 0;
-        double zWater = waterLevelAt(x, ierr);
+        double zWater = waterLevelAt(water, x, ierr);
         if (ierr != 0) {
             MASTER.IERR = ierr + 100;
             return false;

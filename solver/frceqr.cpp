@@ -9,7 +9,9 @@
 // on. Whatever horizontal force is left at the exit, E2(NUMSLC), is the residual; F is
 // adjusted until it vanishes. A combined analysis repeats the solution while slices change
 // between drained and undrained failure; an earth-pressure analysis makes one sweep at the
-// given F and the residual is the earth force on the wall.
+// given F and the residual is the earth force on the wall. The balance of one slice is the
+// one the 2003 method uses as well (sliceBalance); a slice fails here when its divisor falls
+// below EPS.
 //
 // Reads:  MASTER.NUMSLC, IDTYP, IDEFTO, METHOD, JPRINT, EPS, E2TOL, SFLIM, SFMAX, E2LIM;
 //         SURF columns SINB, COSB, L34, C3, TAN3, SU3, C2, TAN2, SS, WX, WZ, SNX, SNZ, ZZ,
@@ -26,6 +28,7 @@
 #include <cmath>
 
 #include "io/fmt.h"
+#include "solver/slicebalance.h"
 #include "solver/solver.h"
 
 namespace {
@@ -66,28 +69,15 @@ void printDivisorProblem(double F, int i, double DIV) {
 // present roughness (divisor below EPS) reduces the roughness of the whole system and starts
 // the sweep again; the reduction factor stays in force, so every later sweep of this pass
 // reduces R once more. Returns false (IERR = 1) when 50 reductions did not help.
-bool sweep(double& RGHMOD, int& NRED) {
+bool sweep(const SliceCoefficients& coefficients, double& RGHMOD, int& NRED) {
     const int numSlices = MASTER.NUMSLC;
     const double F = MASTER.SF;
-    const double t = 1.0 / F;
-    const bool combined = MASTER.IDEFTO == 3;
     int i = 1;
     while (i <= numSlices) {
         SURF.R(i) = SURF.R(i) * RGHMOD;
         const double R = SURF.R(i);
-        const bool undrainedBase = combined && ISUR.MODE(i) == 2;
-        const double baseResistance = SURF.L34(i) * (undrainedBase ? SURF.SU3(i) : SURF.C3(i)) + SURF.SS(i);
-        const double baseTan = undrainedBase ? 0.0 : SURF.TAN3(i);
-        const double faceHeight = SURF.ZZ(3, i) - SURF.ZZ(2, i);
-        const double SINB = SURF.SINB(i);
-        const double COSB = SURF.COSB(i);
-
-        const double D8 = SINB - COSB * baseTan * t;
-        const double D10 = baseResistance * COSB * t - SURF.E1(i) - SURF.WX(i) - SURF.SNX(i) * t;
-        const double D12 = SURF.C2(i) * faceHeight * t;
-        const double D14 = SURF.WZ(i) + SURF.T1(i) + SURF.SNZ(i) * t - baseResistance * SINB * t;
-        const double DIV = SURF.TAN2(i) * R * t * D8 + SINB * baseTan * t + COSB;
-
+        const SliceBalance balance = sliceBalance(coefficients, i, F, R);
+        const double DIV = balance.divisor;
         if (DIV < MASTER.EPS) {
             if (MASTER.JPRINT >= 2) printDivisorProblem(F, i, DIV);
             RGHMOD = RGHMOD * kRoughReduction;
@@ -100,17 +90,7 @@ bool sweep(double& RGHMOD, int& NRED) {
             MASTER.IERR = 1;
             return false;
         }
-
-        SURF.P(i) = (R * (SURF.TAN2(i) * D10 / F - D12) + D14) / DIV;
-        SURF.E2(i) = SURF.P(i) * D8 - D10;
-        SURF.T2(i) = (SURF.TAN2(i) * SURF.E2(i) + SURF.C2(i) * faceHeight) * R / F;
-        SURF.S1(i) = (SURF.TAN3(i) * SURF.P(i) + SURF.L34(i) * SURF.C3(i)) / F;
-        SURF.S2(i) = SURF.L34(i) * SURF.SU3(i) / F;
-        SURF.S(i) = undrainedBase ? SURF.S2(i) : SURF.S1(i);
-        if (i < numSlices) {
-            SURF.E1(i + 1) = SURF.E2(i);
-            SURF.T1(i + 1) = SURF.T2(i);
-        }
+        applySliceBalance(coefficients, i, F, R, balance);
         ++i;
     }
     return true;
@@ -137,6 +117,7 @@ void FRCEQR() {
         return;
     }
 
+    SliceCoefficients coefficients;
     for (;;) {
         // A combined pass: the whole safety-factor iteration with the present failure modes.
         ++ITRCMB;
@@ -144,10 +125,11 @@ void FRCEQR() {
         double RGHMOD = 1.0;
         int ITNOW = 0;
         int NRED = 0;
+        coefficients.take(numSlices);
 
         for (;;) {
             ++ITNOW;
-            if (!sweep(RGHMOD, NRED)) return;
+            if (!sweep(coefficients, RGHMOD, NRED)) return;
             if (MASTER.IDTYP == 2) return;
 
             const double unbalance = SURF.E2(numSlices);

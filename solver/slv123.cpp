@@ -18,7 +18,9 @@
 // 500, which the driver drops. Method 3 solves for the roughness factors 0.0, 0.1, ... 1.0 and
 // keeps the best of them: the highest factor among the perfect solutions, else the lowest
 // score; that one is computed once more and returned. A combined analysis repeats each
-// solution while bases change between drained and undrained failure.
+// solution while bases change between drained and undrained failure. The full force balance
+// of a slice (method 3) is the one of the force-equilibrium sweep (sliceBalance); a slice
+// fails here when its divisor is not above EPS.
 //
 // Reads:  MASTER.NUMSLC, METHOD, IDEFTO, NTYP, JPRINT, EPS, SFTZ, NEGPOK (and SFMIN, SFMAX
 //         through MOMEQL); SURF.SPAR(1..2) of a circle; SURF columns XX, ZZ, SINB, COSB, L34,
@@ -36,6 +38,7 @@
 
 #include "io/fmt.h"
 #include "slices/slices.h"
+#include "solver/slicebalance.h"
 #include "solver/solver.h"
 
 namespace {
@@ -96,8 +99,6 @@ struct Counters {
     int LOOP1 = 0, ITRCMB = 0, LOOP2 = 0;
 };
 
-bool undrainedBase(int i) { return MASTER.IDEFTO == 3 && ISUR.MODE(i) == 2; }
-
 void findCentre(Rotation& rot) {
     const int numSlices = MASTER.NUMSLC;
     if (MASTER.NTYP == 2) {
@@ -150,10 +151,10 @@ bool divisorLimit(int method, double& SFDIVZ) {
         const double sinb = SURF.SINB(i), cosb = SURF.COSB(i);
         double candidate = 0.0;
         if (method != 3) {
-            if (!undrainedBase(i)) candidate = -sinb * SURF.TAN3(i) / cosb;
+            if (!undrainedSliceBase(i)) candidate = -sinb * SURF.TAN3(i) / cosb;
         } else {
             const double R = MASTER.RFACTOR * SURF.R0(i);
-            if (undrainedBase(i)) {
+            if (undrainedSliceBase(i)) {
                 candidate = -R * SURF.TAN2(i) * sinb / cosb;
             } else {
                 // The divisor of the slice balance as a quadratic in x = 1/F.
@@ -190,7 +191,7 @@ bool divisorLimit(int method, double& SFDIVZ) {
 // whose divisor is not above EPS (its divisor in divisor).
 int sweepVertical(double F, double& divisor) {
     for (int i = 1; i <= MASTER.NUMSLC; ++i) {
-        const bool undrained = undrainedBase(i);
+        const bool undrained = undrainedSliceBase(i);
         const double sinb = SURF.SINB(i), cosb = SURF.COSB(i);
         const double K = SURF.L34(i) * (undrained ? SURF.SU3(i) : SURF.C3(i));
         const double D = undrained ? cosb : sinb * SURF.TAN3(i) / F + cosb;
@@ -209,45 +210,24 @@ int sweepVertical(double F, double& divisor) {
 // Base and interslice forces of every slice at F from its full force balance, the face-2
 // shear being R = RFACTOR * R0 of the available one; the forces on the exit face of a slice
 // act on the entry face of the next.
-int sweepRough(double F, double& divisor) {
-    const int numSlices = MASTER.NUMSLC;
-    const double t = 1.0 / F;
-    for (int i = 1; i <= numSlices; ++i) {
+int sweepRough(const SliceCoefficients& coefficients, double F, double& divisor) {
+    for (int i = 1; i <= MASTER.NUMSLC; ++i) {
         SURF.R(i) = MASTER.RFACTOR * SURF.R0(i);
         const double R = SURF.R(i);
-        const bool undrained = undrainedBase(i);
-        const double K = SURF.L34(i) * (undrained ? SURF.SU3(i) : SURF.C3(i)) + SURF.SS(i);
-        const double baseTan = undrained ? 0.0 : SURF.TAN3(i);
-        const double faceHeight = SURF.ZZ(3, i) - SURF.ZZ(2, i);
-        const double sinb = SURF.SINB(i), cosb = SURF.COSB(i);
-
-        const double D8 = sinb - cosb * baseTan * t;
-        const double D10 = K * cosb * t - SURF.E1(i) - SURF.WX(i) - SURF.SNX(i) * t;
-        const double D12 = SURF.C2(i) * faceHeight * t;
-        const double D14 = SURF.WZ(i) + SURF.T1(i) + SURF.SNZ(i) * t - K * sinb * t;
-        const double DIV = SURF.TAN2(i) * R * t * D8 + sinb * baseTan * t + cosb;
-        if (DIV <= MASTER.EPS) {
-            divisor = DIV;
+        const SliceBalance balance = sliceBalance(coefficients, i, F, R);
+        if (balance.divisor <= MASTER.EPS) {
+            divisor = balance.divisor;
             return i;
         }
-        SURF.P(i) = (R * (SURF.TAN2(i) * D10 / F - D12) + D14) / DIV;
-        SURF.E2(i) = SURF.P(i) * D8 - D10;
-        SURF.T2(i) = (SURF.TAN2(i) * SURF.E2(i) + SURF.C2(i) * faceHeight) * R / F;
-        SURF.S1(i) = (SURF.TAN3(i) * SURF.P(i) + SURF.L34(i) * SURF.C3(i)) / F;
-        SURF.S2(i) = SURF.L34(i) * SURF.SU3(i) / F;
-        SURF.S(i) = undrained ? SURF.S2(i) : SURF.S1(i);
-        if (i < numSlices) {
-            SURF.E1(i + 1) = SURF.E2(i);
-            SURF.T1(i + 1) = SURF.T2(i);
-        }
+        applySliceBalance(coefficients, i, F, R, balance);
     }
     return 0;
 }
 
 // Solves SFASM = SFCMP from one start value. SF1 is the result of the first start when this
 // is the second one (LOOP2 = 2). smallestTried is the lowest SFASM whose moment was taken.
-End iterate(int method, const Rotation& rot, const Counters& at, double start, double SFDIVZ, double SF1,
-            bool anyPassSolved, double& result, double& smallestTried) {
+End iterate(int method, const Rotation& rot, const SliceCoefficients& coefficients, const Counters& at, double start,
+            double SFDIVZ, double SF1, bool anyPassSolved, double& result, double& smallestTried) {
     const int numSlices = MASTER.NUMSLC;
     const bool traceIterations = MASTER.JPRINT >= 3;
     double tried[kMaxIterations];
@@ -272,7 +252,7 @@ End iterate(int method, const Rotation& rot, const Counters& at, double start, d
         }
 
         double divisor = 0.0;
-        const int failedSlice = method == 3 ? sweepRough(SFASM, divisor) : sweepVertical(SFASM, divisor);
+        const int failedSlice = method == 3 ? sweepRough(coefficients, SFASM, divisor) : sweepVertical(SFASM, divisor);
         if (failedSlice != 0) {
             // The assumed factor is at or below the limit where a base cannot carry its load:
             // push it up and repeat the iteration.
@@ -315,8 +295,9 @@ End iterate(int method, const Rotation& rot, const Counters& at, double start, d
         for (int i = 1; i <= numSlices; ++i) {
             SUMPM += rot.armP[i - 1] * SURF.P(i);
             SUM5 += rot.armS[i - 1] * SURF.S(i);
-            if (method != 3) {
-                const double D = undrainedBase(i) ? SURF.COSB(i) : SURF.SINB(i) * SURF.TAN3(i) / SFASM + SURF.COSB(i);
+            // The smallest divisor of the vertical balance is only shown in the trace print.
+            if (method != 3 && traceIterations) {
+                const double D = undrainedSliceBase(i) ? SURF.COSB(i) : SURF.SINB(i) * SURF.TAN3(i) / SFASM + SURF.COSB(i);
                 smallestDivisor = std::fmin(smallestDivisor, D);
             }
         }
@@ -398,6 +379,7 @@ PassResult solvePass(int method, const Rotation& rot, Counters at, bool finalPas
     PassResult pass;
     int NUMCHG = 0;
     double SFLAST = 0.0;
+    SliceCoefficients coefficients;
     for (at.ITRCMB = 1;; ++at.ITRCMB) {
         double SFDIVZ = 0.0;
         if (!divisorLimit(method, SFDIVZ)) {
@@ -405,20 +387,21 @@ PassResult solvePass(int method, const Rotation& rot, Counters at, bool finalPas
             return pass;
         }
         const double lowest = std::fmax(SFDIVZ, MASTER.SFTZ);
+        coefficients.take(MASTER.NUMSLC);
 
         at.LOOP2 = 1;
         double start = kFirstStart * lowest;
         if (finalPass && at.ITRCMB == 1) start = finalStart;
         else if (havePrevious) start = kRestartAbove * previousSolution;
         double SF1 = 0.0, smallestTried = 0.0;
-        pass.end = iterate(method, rot, at, start, SFDIVZ, 0.0, anyPassSolved, SF1, smallestTried);
+        pass.end = iterate(method, rot, coefficients, at, start, SFDIVZ, 0.0, anyPassSolved, SF1, smallestTried);
         if (pass.end != End::Done) break;
 
         double SF2 = SF1;
         if (!(smallestTried < kSecondStartNeeded * SF1)) {
             at.LOOP2 = 2;
             double unused = 0.0;
-            pass.end = iterate(method, rot, at, (SF1 + lowest) * 0.5, SFDIVZ, SF1, anyPassSolved, SF2, unused);
+            pass.end = iterate(method, rot, coefficients, at, (SF1 + lowest) * 0.5, SFDIVZ, SF1, anyPassSolved, SF2, unused);
             if (pass.end != End::Done) break;
         }
         pass.marker = " ";

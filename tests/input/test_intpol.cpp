@@ -150,3 +150,50 @@ TEST(Intpol, MoreThanAThousandPointsIsErrorFour) {
     EXPECT_DOUBLE_EQ(interpolate(x, y, 1, 998.5, ierr), 1997.0);
     EXPECT_EQ(ierr, 0);
 }
+
+// A line checked once answers every abscissa as INTPOL answers it, in whatever order the
+// abscissas are asked (the look-up starts next to the segment found last): the values are the
+// straight-line values between the table points, worked out here from the points themselves.
+TEST(Intpol, ACheckedLineAnswersLikeIntpolInAnyOrder) {
+    const std::vector<double> x{0.0, 2.0, 3.0, 7.0, 8.5, 12.0};
+    const std::vector<double> y{1.0, 5.0, -1.0, 3.0, 3.0, 10.0};
+    const std::vector<double> asked{-1.0, 0.5, 1.0, 2.0, 2.5, 6.0, 8.0, 11.0, 12.0, 13.0,
+                                    11.5, 7.5, 2.9, 0.1, 7.0, 7.1, 3.0, 1.9, 12.0, 0.0};
+    for (int direction : {1, -1}) {
+        std::vector<double> xs = x, ys = y;
+        if (direction == -1)
+            for (double& v : xs) v = -v;
+        const BrokenLine line = checkedBrokenLine(6, direction, xs.data(), ys.data());
+        ASSERT_EQ(line.code, 0);
+        for (double a : asked) {
+            const double q = direction == 1 ? a : -a;
+            double expected = y.front();
+            if (a >= x.back()) expected = y.back();
+            for (size_t k = 1; k < x.size(); ++k)
+                if (a > x[k - 1] && a <= x[k]) expected = y[k - 1] + (y[k] - y[k - 1]) * (a - x[k - 1]) / (x[k] - x[k - 1]);
+            double value = 0.0, fromIntpol = 0.0;
+            int ierr = -1, intpolErr = -1;
+            interpolate(line, q, value, ierr);
+            INTPOL(6, direction, xs.data(), ys.data(), q, fromIntpol, intpolErr);
+            EXPECT_EQ(ierr, 0);
+            EXPECT_EQ(intpolErr, 0);
+            EXPECT_NEAR(value, expected, 1e-12) << a << " direction " << direction;
+            EXPECT_EQ(value, fromIntpol) << a;
+        }
+    }
+}
+
+// A bad table keeps its error code through a checked line, whatever abscissa is asked.
+TEST(Intpol, ACheckedBadLineGivesTheErrorOfIntpol) {
+    const std::vector<double> x{0.0, 2.0, 2.0, 7.0};
+    const std::vector<double> y{1.0, 2.0, 3.0, 4.0};
+    const BrokenLine line = checkedBrokenLine(4, 1, x.data(), y.data());
+    EXPECT_EQ(line.code, 2);
+    for (double q : {-1.0, 1.0, 5.0, 9.0}) {
+        double value = 0.0;
+        int ierr = 0;
+        interpolate(line, q, value, ierr);
+        EXPECT_EQ(ierr, 2);
+        EXPECT_EQ(value, kNoValue);
+    }
+}
