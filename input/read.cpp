@@ -53,6 +53,8 @@
 
 namespace {
 
+constexpr int kFinestGrid = 50;  // most columns and rows of the weight grid of a slice
+
 constexpr double kSmall = 1.0e-20f;            // zero tolerance of the checks
 constexpr double kFactorHigh = 1.001f;         // strength factors outside these limits
 constexpr double kFactorLow = 0.999f;          //   are questioned
@@ -481,6 +483,12 @@ bool materialSection(int highestMaterial) {
         // its area check with a message that does not point at this line.
         if (second >= 1) POSTGRAF.NOPT1 = second;
         if (third >= 1) POSTGRAF.NOPT2 = third;
+        // Also deliberately, a grid finer than kFinestGrid is held to it: every cell of every
+        // slice locates its material (against every material triangle), so a grid of 99999 x
+        // 99999 would make one surface take hours, while a grid of 50 x 50 already weighs a
+        // slice far closer than its straight top and base describe the section.
+        POSTGRAF.NOPT1 = std::min(POSTGRAF.NOPT1, kFinestGrid);
+        POSTGRAF.NOPT2 = std::min(POSTGRAF.NOPT2, kFinestGrid);
     }
 
     if (materials < highestMaterial) {

@@ -445,6 +445,18 @@ TEST_F(ReadTest, MaterialCountLineWithOneGridSizeLeftOutOrNegativeTakesItsDefaul
     EXPECT_EQ(POSTGRAF.NOPT2, 15);
 }
 
+TEST_F(ReadTest, MaterialCountLineWithAHugeGridIsHeldToFiftyColumnsAndRows) {
+    // Every cell of a slice is located; 99999 x 99999 cells would make a surface take hours.
+    ReadResult run = runRead(Deck().set("m2500", "    29999999999"));
+    ASSERT_EQ(run.ierr, 0) << run.console;
+    EXPECT_EQ(POSTGRAF.NOPT1, 50);
+    EXPECT_EQ(POSTGRAF.NOPT2, 50);
+    run = runRead(Deck().set("m2500", "    2   50   51"));
+    ASSERT_EQ(run.ierr, 0) << run.console;
+    EXPECT_EQ(POSTGRAF.NOPT1, 50);
+    EXPECT_EQ(POSTGRAF.NOPT2, 50);
+}
+
 TEST_F(ReadTest, MaterialCountLineWithUnreadableOptionalColumnsKeepsTheDefaults) {
     ReadResult run = runRead(Deck().set("m2500", "    2    x   12   these columns are free"));
     ASSERT_EQ(run.ierr, 0) << run.console;
