@@ -10,7 +10,7 @@
 // adjusted until it vanishes. A combined analysis repeats the solution while slices change
 // between drained and undrained failure; an earth-pressure analysis makes one sweep at the
 // given F and the residual is the earth force on the wall. The balance of one slice is the
-// one the 2003 method uses as well (sliceBalance); a slice fails here when its divisor falls
+// one the 2003 method uses as well (balanceSlices); a slice fails here when its divisor falls
 // below EPS.
 //
 // Reads:  MASTER.NUMSLC, IDTYP, IDEFTO, METHOD, JPRINT, EPS, E2TOL, SFLIM, SFMAX, E2LIM;
@@ -67,18 +67,19 @@ void printDivisorProblem(double F, int i, double DIV) {
 
 // One sweep over the slices at the present SF. A slice that cannot carry its load at the
 // present roughness (divisor below EPS) reduces the roughness of the whole system and starts
-// the sweep again; the reduction factor stays in force, so every later sweep of this pass
-// reduces R once more. Returns false (IERR = 1) when 50 reductions did not help.
+// the sweep again, the slices before it balanced as far as they came; the reduction factor
+// stays in force, so every later sweep of this pass reduces R once more. Returns false
+// (IERR = 1) when 50 reductions did not help.
 bool sweep(const SliceCoefficients& coefficients, double& RGHMOD, int& NRED) {
     const int numSlices = MASTER.NUMSLC;
     const double F = MASTER.SF;
+    const double reciprocalSF = 1.0 / F;
     int i = 1;
     while (i <= numSlices) {
         SURF.R(i) = SURF.R(i) * RGHMOD;
-        const double R = SURF.R(i);
-        const SliceBalance balance = sliceBalance(coefficients, i, F, R);
-        const double DIV = balance.divisor;
+        const double DIV = sliceDivisor(coefficients, i, reciprocalSF, SURF.R(i));
         if (DIV < MASTER.EPS) {
+            balanceSlices(coefficients, i - 1, F);
             if (MASTER.JPRINT >= 2) printDivisorProblem(F, i, DIV);
             RGHMOD = RGHMOD * kRoughReduction;
             NRED = NRED + 1;
@@ -90,9 +91,9 @@ bool sweep(const SliceCoefficients& coefficients, double& RGHMOD, int& NRED) {
             MASTER.IERR = 1;
             return false;
         }
-        applySliceBalance(coefficients, i, F, R, balance);
         ++i;
     }
+    balanceSlices(coefficients, numSlices, F);
     return true;
 }
 

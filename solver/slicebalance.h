@@ -1,38 +1,23 @@
 // solver/slicebalance.h
 //
-// sliceBalance, applySliceBalance — the force balance of one slice at a trial safety factor,
-// shared by the force-equilibrium sweep (FRCEQR) and the 2003 method (SLV123).
+// SliceCoefficients, sliceDivisor, balanceSlices — the force balance of the slices at a trial
+// safety factor, shared by the force-equilibrium sweep (FRCEQR) and the 2003 method (SLV123).
 //
 // Slice i takes the forces E1, T1 its left neighbour hands over. Its horizontal and vertical
 // balance, with the mobilised base shear (c3 L34 + SS + P tan3) / F and the interslice shear
 // T2 = R (E2 tan2 + c2 h) / F on its right face of height h, gives the base normal force P and
-// the forces E2, T2 it hands on. sliceBalance forms the terms of that balance; the caller
-// judges the divisor of P by its own rule (a slice whose divisor vanishes cannot carry its
-// load) and applySliceBalance then writes the forces. In a combined analysis a base that
-// fails undrained carries su3 instead of c3 and no friction.
+// the forces E2, T2 it hands on. The divisor of P (sliceDivisor) does not depend on what the
+// neighbour hands over: the caller judges it for every slice by its own rule (a slice whose
+// divisor vanishes cannot carry its load) before balanceSlices solves the forces. In a
+// combined analysis a base that fails undrained carries su3 instead of c3 and no friction.
 //
 // Reads:  through SliceCoefficients::take the SURF columns SINB, COSB, L34, C3, TAN3, SU3, C2,
-//         TAN2, SS, WX, WZ, SNX, SNZ, ZZ and ISUR.MODE, MASTER.IDEFTO; at every slice SURF E1,
-//         T1 of slice i; MASTER.NUMSLC
-// Writes: (applySliceBalance) SURF P, S1, S2, S, E2, T2 of slice i, and E1, T1 of slice i + 1
-//         when there is one
+//         TAN2, SS, WX, WZ, SNX, SNZ, ZZ and ISUR.MODE, MASTER.IDEFTO
 // IERR:   none
-//
-// Both are inline: the sweeps call them for every slice at every trial factor.
 
 #pragma once
 
 #include "records.h"
-
-// The terms of the force balance of slice i at the safety factor F with the face-2 roughness R
-// (the share of the face's available shear carried as interslice shear).
-struct SliceBalance {
-    double horizontalPerP;   // horizontal share of the base forces per unit normal force
-    double horizontalFixed;  // mobilised base cohesion less E1, WX and the nail's pull (horizontal)
-    double faceCohesion;     // face-2 cohesion mobilised at F, per unit roughness
-    double verticalFixed;    // WZ, T1 and the nail's pull less the mobilised base cohesion (vertical)
-    double divisor;          // divisor of P: vanishes where the slice cannot carry its load
-};
 
 // A base that fails undrained in a combined analysis.
 inline bool undrainedSliceBase(int i) { return MASTER.IDEFTO == 3 && ISUR.MODE(i) == 2; }
@@ -80,38 +65,19 @@ struct SliceCoefficients {
     }
 };
 
-inline SliceBalance sliceBalance(const SliceCoefficients& c, int i, double F, double R) {
+// The divisor of the base normal force of slice i at the reciprocal safety factor
+// reciprocalSF = 1/F and face-2 roughness R: the vertical balance of the base forces per unit
+// normal force, with the interslice shear that the horizontal balance brings along. It
+// vanishes where the slice cannot carry its load.
+inline double sliceDivisor(const SliceCoefficients& c, int i, double reciprocalSF, double R) {
     const int k = i - 1;
-    const double t = 1.0 / F;
-    const double baseResistance = c.baseResistance[k];
-    const double baseTan = c.baseTan[k];
-    const double sinb = c.sinb[k];
-    const double cosb = c.cosb[k];
-
-    SliceBalance b;
-    b.horizontalPerP = sinb - cosb * baseTan * t;
-    b.horizontalFixed = baseResistance * cosb * t - SURF.E1(i) - c.wx[k] - c.snx[k] * t;
-    b.faceCohesion = c.c2[k] * c.faceHeight[k] * t;
-    b.verticalFixed = c.wz[k] + SURF.T1(i) + c.snz[k] * t - baseResistance * sinb * t;
-    b.divisor = c.tan2[k] * R * t * b.horizontalPerP + sinb * baseTan * t + cosb;
-    return b;
+    const double horizontalPerP = c.sinb[k] - c.cosb[k] * c.baseTan[k] * reciprocalSF;
+    return c.tan2[k] * R * reciprocalSF * horizontalPerP + c.sinb[k] * c.baseTan[k] * reciprocalSF + c.cosb[k];
 }
 
-inline void applySliceBalance(const SliceCoefficients& c, int i, double F, double R, const SliceBalance& b) {
-    const int k = i - 1;
-    const double P = (R * (c.tan2[k] * b.horizontalFixed / F - b.faceCohesion) + b.verticalFixed) / b.divisor;
-    const double E2 = P * b.horizontalPerP - b.horizontalFixed;
-    const double T2 = (c.tan2[k] * E2 + c.c2[k] * c.faceHeight[k]) * R / F;
-    const double S1 = (c.tan3[k] * P + c.drainedCohesion[k]) / F;
-    const double S2 = c.undrainedCohesion[k] / F;
-    SURF.P(i) = P;
-    SURF.E2(i) = E2;
-    SURF.T2(i) = T2;
-    SURF.S1(i) = S1;
-    SURF.S2(i) = S2;
-    SURF.S(i) = c.undrained[k] ? S2 : S1;
-    if (i < MASTER.NUMSLC) {
-        SURF.E1(i + 1) = E2;
-        SURF.T1(i + 1) = T2;
-    }
-}
+// The forces of slices 1..last (last within 0..NUMSLC) at the safety factor F, every slice with
+// its roughness SURF.R(i) and a divisor the caller has accepted.
+// Reads:  SURF E1(1), T1(1), R; MASTER.NUMSLC
+// Writes: SURF P, S1, S2, S, E2, T2 of slices 1..last, and E1, T1 of slices 2..last + 1
+//         (within NUMSLC)
+void balanceSlices(const SliceCoefficients& c, int last, double F);

@@ -19,7 +19,7 @@
 // keeps the best of them: the highest factor among the perfect solutions, else the lowest
 // score; that one is computed once more and returned. A combined analysis repeats each
 // solution while bases change between drained and undrained failure. The full force balance
-// of a slice (method 3) is the one of the force-equilibrium sweep (sliceBalance); a slice
+// of a slice (method 3) is the one of the force-equilibrium sweep (balanceSlices); a slice
 // fails here when its divisor is not above EPS.
 //
 // Reads:  MASTER.NUMSLC, METHOD, IDEFTO, NTYP, JPRINT, EPS, SFTZ, NEGPOK (and SFMIN, SFMAX
@@ -189,20 +189,26 @@ bool divisorLimit(int method, double& SFDIVZ) {
 
 // Base forces of every slice at F from its vertical balance alone. Returns 0, or the slice
 // whose divisor is not above EPS (its divisor in divisor).
-int sweepVertical(double F, double& divisor) {
-    for (int i = 1; i <= MASTER.NUMSLC; ++i) {
-        const bool undrained = undrainedSliceBase(i);
-        const double sinb = SURF.SINB(i), cosb = SURF.COSB(i);
-        const double K = SURF.L34(i) * (undrained ? SURF.SU3(i) : SURF.C3(i));
-        const double D = undrained ? cosb : sinb * SURF.TAN3(i) / F + cosb;
+int sweepVertical(const SliceCoefficients& c, double F, double& divisor) {
+    const double t = 1.0 / F;
+    const int numSlices = MASTER.NUMSLC;  // within 1..MAXSLC (SLV123 checks)
+    double* normalForce = SURF.P.data();
+    double* drainedShear = SURF.S1.data();
+    double* undrainedShear = SURF.S2.data();
+    double* baseShear = SURF.S.data();
+    for (int k = 0; k < numSlices; ++k) {
+        const double D = c.undrained[k] ? c.cosb[k] : c.sinb[k] * c.tan3[k] * t + c.cosb[k];
         if (D <= MASTER.EPS) {
             divisor = D;
-            return i;
+            return k + 1;
         }
-        SURF.P(i) = ((SURF.SNZ(i) - (K + SURF.SS(i)) * sinb) / F + SURF.WZ(i)) / D;
-        SURF.S1(i) = (SURF.TAN3(i) * SURF.P(i) + SURF.L34(i) * SURF.C3(i)) / F;
-        SURF.S2(i) = SURF.L34(i) * SURF.SU3(i) / F;
-        SURF.S(i) = undrained ? SURF.S2(i) : SURF.S1(i);
+        const double P = ((c.snz[k] - c.baseResistance[k] * c.sinb[k]) * t + c.wz[k]) / D;
+        const double S1 = (c.tan3[k] * P + c.drainedCohesion[k]) * t;
+        const double S2 = c.undrainedCohesion[k] * t;
+        normalForce[k] = P;
+        drainedShear[k] = S1;
+        undrainedShear[k] = S2;
+        baseShear[k] = c.undrained[k] ? S2 : S1;
     }
     return 0;
 }
@@ -211,17 +217,37 @@ int sweepVertical(double F, double& divisor) {
 // shear being R = RFACTOR * R0 of the available one; the forces on the exit face of a slice
 // act on the entry face of the next.
 int sweepRough(const SliceCoefficients& coefficients, double F, double& divisor) {
-    for (int i = 1; i <= MASTER.NUMSLC; ++i) {
-        SURF.R(i) = MASTER.RFACTOR * SURF.R0(i);
-        const double R = SURF.R(i);
-        const SliceBalance balance = sliceBalance(coefficients, i, F, R);
-        if (balance.divisor <= MASTER.EPS) {
-            divisor = balance.divisor;
-            return i;
+    const double reciprocalSF = 1.0 / F;
+    const int numSlices = MASTER.NUMSLC;  // within 1..MAXSLC (SLV123 checks)
+    double* roughness = SURF.R.data();
+    const double* startRoughness = SURF.R0.data();
+    for (int k = 0; k < numSlices; ++k) {
+        roughness[k] = MASTER.RFACTOR * startRoughness[k];
+        const double D = sliceDivisor(coefficients, k + 1, reciprocalSF, roughness[k]);
+        if (D <= MASTER.EPS) {
+            balanceSlices(coefficients, k, F);
+            divisor = D;
+            return k + 1;
         }
-        applySliceBalance(coefficients, i, F, R, balance);
     }
+    balanceSlices(coefficients, numSlices, F);
     return 0;
+}
+
+// The moment of the loads and the base normal forces about the centre (SUMPM), and the
+// moment of the base shear forces (SUM5), of slices 1..n (within 1..MAXSLC). Kept out of the
+// iteration so that the two sums stay in registers.
+[[gnu::noinline]] void momentSums(const Rotation& rot, int n, double& SUMPM, double& SUM5) {
+    const double* normalForce = SURF.P.data();
+    const double* baseShear = SURF.S.data();
+    double normalMoment = rot.MW;
+    double shearMoment = 0.0;
+    for (int k = 0; k < n; ++k) {
+        normalMoment += rot.armP[k] * normalForce[k];
+        shearMoment += rot.armS[k] * baseShear[k];
+    }
+    SUMPM = normalMoment;
+    SUM5 = shearMoment;
 }
 
 // Solves SFASM = SFCMP from one start value. SF1 is the result of the first start when this
@@ -252,7 +278,7 @@ End iterate(int method, const Rotation& rot, const SliceCoefficients& coefficien
         }
 
         double divisor = 0.0;
-        const int failedSlice = method == 3 ? sweepRough(coefficients, SFASM, divisor) : sweepVertical(SFASM, divisor);
+        const int failedSlice = method == 3 ? sweepRough(coefficients, SFASM, divisor) : sweepVertical(coefficients, SFASM, divisor);
         if (failedSlice != 0) {
             // The assumed factor is at or below the limit where a base cannot carry its load:
             // push it up and repeat the iteration.
@@ -289,14 +315,13 @@ End iterate(int method, const Rotation& rot, const SliceCoefficients& coefficien
             continue;
         }
 
-        double SUMPM = rot.MW;
+        double SUMPM = 0.0;
         double SUM5 = 0.0;
+        momentSums(rot, numSlices, SUMPM, SUM5);
+        // The smallest divisor of the vertical balance is only shown in the trace print.
         double smallestDivisor = kNoScore;
-        for (int i = 1; i <= numSlices; ++i) {
-            SUMPM += rot.armP[i - 1] * SURF.P(i);
-            SUM5 += rot.armS[i - 1] * SURF.S(i);
-            // The smallest divisor of the vertical balance is only shown in the trace print.
-            if (method != 3 && traceIterations) {
+        if (method != 3 && traceIterations) {
+            for (int i = 1; i <= numSlices; ++i) {
                 const double D = undrainedSliceBase(i) ? SURF.COSB(i) : SURF.SINB(i) * SURF.TAN3(i) / SFASM + SURF.COSB(i);
                 smallestDivisor = std::fmin(smallestDivisor, D);
             }

@@ -11,7 +11,17 @@
 // against independent values by the other tests (hand calculations of slices, closed forms of
 // infinite slopes and circles, golden whole runs); this test pins every other number the
 // solver leaves, so that a faster routine that gives a different result anywhere fails here.
-// Each value must agree to 1e-12 relative.
+// The error code, the slice count and the safety factor must each agree to 1e-12 relative; a
+// slice force to 1e-12 of the largest slice force of its surface; the score to 1e-10 of one
+// doubtful feature. The score counts, among others, how far the line of thrust of every
+// interslice force lies outside the middle third of its face, and that position is a moment
+// divided by the force: where the force nearly vanishes it magnifies the rounding of the forces
+// a thousandfold and more. A score so changed still chooses among the roughness passes of the
+// 2003 method as before, which the safety factors, compared to 1e-12, make sure of. A force is
+// compared on the scale of the forces it is balanced from: the force left over at the exit,
+// or the interslice force of a slice where the thrust changes sign, is the small difference of
+// large ones and carries their rounding, so that compared with itself alone it would fail on a
+// change of the order of summation that moves the large forces in their sixteenth digit.
 //
 // To write the file anew (only ever from code whose results are known to be right), run this
 // test with KALMO_PIN_WRITE set to the path of the file to write.
@@ -39,6 +49,7 @@
 namespace {
 
 constexpr double kRelativeTolerance = 1e-12;
+constexpr double kScoreTolerance = 1e-10;
 constexpr int kRandomSurfaces = 6;
 constexpr int kCircles = 3;
 
@@ -226,10 +237,24 @@ std::vector<Outcome> readPinned(const std::string& path) {
     return outcomes;
 }
 
-bool agrees(double expected, double actual) {
+// The values of an outcome before its slice forces: IERR, NUMSLC, SF, SCORE.
+constexpr std::size_t kLeadingValues = 4;
+constexpr std::size_t kScoreValue = 3;
+
+// scale: the magnitude the difference is measured against besides the two values themselves.
+bool agrees(double expected, double actual, double scale) {
     if (expected == actual) return true;
     if (std::isnan(expected) || std::isnan(actual)) return std::isnan(expected) && std::isnan(actual);
-    return std::abs(expected - actual) <= kRelativeTolerance * std::max(std::abs(expected), std::abs(actual));
+    return std::abs(expected - actual) <=
+           kRelativeTolerance * std::max({std::abs(expected), std::abs(actual), scale});
+}
+
+// The largest finite slice force of an outcome.
+double forceScale(const Outcome& o) {
+    double largest = 0.0;
+    for (std::size_t v = kLeadingValues; v < o.values.size(); ++v)
+        if (std::isfinite(o.values[v])) largest = std::max(largest, std::abs(o.values[v]));
+    return largest;
 }
 
 TEST(PinnedResults, EveryMethodOnTheExamplesGivesTheResultsOfTheCodeBeforeTheSpeedWork) {
@@ -248,8 +273,11 @@ TEST(PinnedResults, EveryMethodOnTheExamplesGivesTheResultsOfTheCodeBeforeTheSpe
         ASSERT_EQ(e.values.size(), a.values.size()) << e.label;
         if (e.values[0] == 0.0 && e.values[1] > 0.0) ++solved;
         int mismatches = 0;
+        const double forces = forceScale(e);
         for (std::size_t v = 0; v < e.values.size() && mismatches < 3; ++v) {
-            if (!agrees(e.values[v], a.values[v])) {
+            const bool agreeing = v == kScoreValue ? std::abs(e.values[v] - a.values[v]) <= kScoreTolerance
+                                                   : agrees(e.values[v], a.values[v], v < kLeadingValues ? 0.0 : forces);
+            if (!agreeing) {
                 ++mismatches;
                 ADD_FAILURE() << e.label << " value " << v << ": expected " << e.values[v] << " got " << a.values[v];
             }

@@ -1,0 +1,86 @@
+// solver/balanceslices.cpp
+//
+// balanceSlices — the forces of a row of slices at a trial safety factor, from the entry on.
+//
+// The balance of slice i at the factor F (reciprocal t = 1/F) and face-2 roughness R:
+//   horizontal:  P hP - (E2 - E1) = H0,             hP = sinb - cosb tan3 t
+//                                                   H0 = (c3 L34 + SS) cosb t - WX - SNX t
+//   vertical:    P (sinb tan3 t + cosb) + T2 = V0 + T1,
+//                                                   V0 = WZ + SNZ t - (c3 L34 + SS) sinb t
+//   face 2:      T2 = R t (tan2 E2 + c2 h)
+// Eliminating E2 and T2 gives P = (R tan2 t (H0 - E1) - R c2 h t + V0 + T1) / D, with D the
+// divisor of sliceDivisor. So P, and with it E2 and T2, is an affine function of the forces
+// E1, T1 handed over from the left. Its coefficients do not depend on the neighbours, so
+// what is handed on from slice to slice is a short chain of products and sums instead of the
+// whole balance with its two divisions per slice, and the coefficients of the next slices are
+// formed while the chain runs.
+//
+// Reads:  the coefficients; SURF E1(1), T1(1), R(1..last); MASTER.NUMSLC
+// Writes: SURF P, S1, S2, S, E2, T2 of slices 1..last; E1, T1 of slices 2..last + 1 (within
+//         NUMSLC)
+// IERR:   none (the divisors were judged by the caller)
+
+#include "solver/slicebalance.h"
+
+void balanceSlices(const SliceCoefficients& c, int last, double F) {
+    if (last > MASTER.NUMSLC) last = MASTER.NUMSLC;
+    if (last > MAXSLC) last = MAXSLC;
+    if (last < 1) return;
+    const double t = 1.0 / F;
+    const int numSlices = MASTER.NUMSLC;
+    // The columns of slice 1 on: slice i at index i - 1 (last is within 1..MAXSLC).
+    const double* roughness = SURF.R.data();
+    double* normalForce = SURF.P.data();
+    double* exitForce = SURF.E2.data();
+    double* exitShear = SURF.T2.data();
+    double* entryForce = SURF.E1.data();
+    double* entryShear = SURF.T1.data();
+    double* drainedShear = SURF.S1.data();
+    double* undrainedShear = SURF.S2.data();
+    double* baseShear = SURF.S.data();
+
+    double E1 = entryForce[0];
+    double T1 = entryShear[0];
+    for (int k = 0; k < last; ++k) {
+        const double R = roughness[k];
+        const double sinb = c.sinb[k];
+        const double cosb = c.cosb[k];
+        const double baseTan = c.baseTan[k];
+        const double horizontalPerP = sinb - cosb * baseTan * t;
+        const double horizontalFixed = c.baseResistance[k] * cosb * t - c.wx[k] - c.snx[k] * t;
+        const double verticalFixed = c.wz[k] + c.snz[k] * t - c.baseResistance[k] * sinb * t;
+        const double faceCohesion = c.c2[k] * c.faceHeight[k] * t * R;  // mobilised face cohesion
+        const double faceFriction = c.tan2[k] * R * t;                  // interslice shear per E2
+        const double verticalPerP = sinb * baseTan * t + cosb;
+        const double perDivisor = 1.0 / (faceFriction * horizontalPerP + verticalPerP);
+        // P = pFixed + pPerE1 E1 + pPerT1 T1, and E2 = eFixed + ePerE1 E1 + ePerT1 T1, T2 likewise.
+        const double pFixed = (faceFriction * horizontalFixed - faceCohesion + verticalFixed) * perDivisor;
+        const double pPerE1 = -faceFriction * perDivisor;
+        const double pPerT1 = perDivisor;
+        const double eFixed = pFixed * horizontalPerP - horizontalFixed;
+        const double ePerE1 = verticalPerP * perDivisor;  // 1 + pPerE1 hP, without the cancellation
+        const double ePerT1 = horizontalPerP * perDivisor;
+        const double tFixed = faceFriction * eFixed + faceCohesion;
+        const double tPerE1 = faceFriction * ePerE1;
+        const double tPerT1 = faceFriction * ePerT1;
+
+        // Only E2 and T2 are handed on: the chain from slice to slice is these two sums.
+        const double E2 = eFixed + ePerE1 * E1 + ePerT1 * T1;
+        const double T2 = tFixed + tPerE1 * E1 + tPerT1 * T1;
+        const double P = pFixed + pPerE1 * E1 + pPerT1 * T1;
+        const double S1 = (c.tan3[k] * P + c.drainedCohesion[k]) * t;
+        const double S2 = c.undrainedCohesion[k] * t;
+        normalForce[k] = P;
+        exitForce[k] = E2;
+        exitShear[k] = T2;
+        drainedShear[k] = S1;
+        undrainedShear[k] = S2;
+        baseShear[k] = c.undrained[k] ? S2 : S1;
+        if (k + 1 < numSlices) {
+            entryForce[k + 1] = E2;
+            entryShear[k + 1] = T2;
+        }
+        E1 = E2;
+        T1 = T2;
+    }
+}
