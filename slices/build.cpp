@@ -136,27 +136,20 @@ void facePoint(int I, int k, double& x, double& z, double& weight) {
 }
 
 // The material LOCATE gives every strength point of slice I (five on the base, three on face
-// 2) when it is one and the same without a look at triangles or the mesh: no triangles, every
-// point within the mesh, and the shallowest and the deepest point in one horizontal layer (or
-// no layers and a single material). 0 when the points must be located one by one.
+// 2) when it is one and the same without a look at triangles or the mesh: no triangles, the
+// slice within the mesh, and its shallowest and its deepest corner of the base and face 2 in
+// one horizontal layer (or no layers and a single material). The strength points lie between
+// those corners. 0 when the points must be located one by one.
 int oneMaterial(int I) {
     if (IGEOMS.NTRI != 0) return 0;
     if (IGEOMS.NLAYER <= 0 && ISOLPR.NMAT > 1) return 0;
-    double shallowest = 0.0;
-    double deepest = 0.0;
-    for (int k = 1; k <= 8; ++k) {
-        double x = 0.0, z = 0.0, weight = 0.0;
-        if (k <= 5)
-            basePoint(I, k, x, z);
-        else
-            facePoint(I, k - 5, x, z, weight);
-        if (!insideMesh(x)) return 0;
-        shallowest = k == 1 ? z : std::min(shallowest, z);
-        deepest = k == 1 ? z : std::max(deepest, z);
-    }
+    const double x2 = SURF.XX(2, I), x3 = SURF.XX(3, I), x4 = SURF.XX(4, I);
+    const double z2 = SURF.ZZ(2, I), z3 = SURF.ZZ(3, I), z4 = SURF.ZZ(4, I);
+    if (!insideMesh(x2) || !insideMesh(x3) || !insideMesh(x4)) return 0;
     if (IGEOMS.NLAYER <= 0) return 1;
-    const int layer = layerAt(shallowest);
-    if (layerAt(deepest) != layer) return 0;
+    if (!std::isfinite(z2) || !std::isfinite(z3) || !std::isfinite(z4)) return 0;
+    const int layer = layerAt(std::min({z2, z3, z4}));
+    if (layerAt(std::max({z2, z3, z4})) != layer) return 0;
     const int m = IGEOMS.LAYMAT(layer);
     return m >= 1 && m <= MAXMAT ? m : 0;
 }

@@ -149,6 +149,18 @@ void traceRock(const Section& s) {
 // Lifts every shear-surface point that lies in rock to just above it; the first one of the
 // pass is reported. Returns the INTPOL code of the rock surface; lifted is set when a point moved.
 int liftOutOfRock(Section& s, bool& lifted) {
+    // Above the shallowest rock point (the rock is held level beyond its ends) no point of the
+    // shear surface can lie in rock; a rock table with an error is looked up all the same, so
+    // that the error is reported.
+    if (s.rock.code == 0 && s.rock.n >= 1) {
+        double shallowestRock = s.rock.y[0];
+        for (int j = 1; j < s.rock.n; ++j) shallowestRock = std::fmin(shallowestRock, s.rock.y[j]);
+        const double inRockFrom = shallowestRock + kRockMargin;
+        bool clear = std::isfinite(inRockFrom);
+        for (int j = 0; j < s.rock.n && clear; ++j) clear = std::isfinite(s.rock.y[j]);
+        for (int i = 1; i <= s.npt && clear; ++i) clear = inRockFrom > s.zs(i);
+        if (clear) return 0;
+    }
     bool warned = false;
     for (int i = 1; i <= s.npt; ++i) {
         double rock = 0.0;

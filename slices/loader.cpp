@@ -42,6 +42,7 @@ constexpr double kWaterTolerance = 0.05f;
 constexpr double kH3Zero = 0.001f;
 constexpr double kRatioLow = 0.333f;
 constexpr double kRatioHigh = 0.667f;
+constexpr double kSameSlope = 1.0E-9;  // slopes this close make no break of the ground
 constexpr int kWarningsReported = 10;
 
 int gNonHorizontalWarnings = 0;  // non-horizontal water tables reported so far in this run
@@ -173,18 +174,37 @@ bool meanUnitWeight(int I, double& gamma) {
     return true;
 }
 
+// Whether point k (within 2..n - 1) of the checked soil surface is a real break of the
+// ground: the slopes on its two sides differ. Mesh x-lines put points on straight ground too;
+// there the ground and the straight slice top coincide and no soil lies between them.
+bool realGroundBreak(int k) {
+    const double leftSlope = (GEOMSH.ZSURF(k) - GEOMSH.ZSURF(k - 1)) / (GEOMSH.XSURF(k) - GEOMSH.XSURF(k - 1));
+    const double rightSlope = (GEOMSH.ZSURF(k + 1) - GEOMSH.ZSURF(k)) / (GEOMSH.XSURF(k + 1) - GEOMSH.XSURF(k));
+    return !(std::fabs(rightSlope - leftSlope) <= kSameSlope * (1.0 + std::fabs(leftSlope) + std::fabs(rightSlope)));
+}
+
+// Whether a point of the soil surface lies within x1..x2 (ends included); with breaksOnly,
+// a point that is a real break of the checked soil surface. The first and the last point count
+// as breaks (the ground is held level beyond them).
+bool groundPointWithin(double x1, double x2, bool breaksOnly) {
+    const int n = soilSurfacePoints();
+    for (int k = 1; k <= n; ++k) {
+        if (!(GEOMSH.XSURF(k) >= x1 && GEOMSH.XSURF(k) <= x2)) continue;
+        if (!breaksOnly || k == 1 || k == n || realGroundBreak(k)) return true;
+    }
+    return false;
+}
+
 // Weight of the soil between the straight slice top and a broken ground surface above or
-// below it, by ten columns.
+// below it, by ten columns. A soil surface whose abscissas do not increase is looked up all
+// the same wherever it has a point over the slice, so that its error is reported.
 bool soilAboveTop(int I, double gamma, double tolerance) {
     double x1 = SURF.XX(1, I);
     double x2 = SURF.XX(2, I);
-    bool brokenTop = false;
-    for (int k = 1; k <= soilSurfacePoints(); ++k) {
-        if (GEOMSH.XSURF(k) >= x1 && GEOMSH.XSURF(k) <= x2) brokenTop = true;
-    }
-    if (!brokenTop) return true;
-
+    if (!groundPointWithin(x1, x2, false)) return true;
     const BrokenLine ground = soilSurface();
+    if (ground.code == 0 && !groundPointWithin(x1, x2, true)) return true;
+
     const BrokenLine water = waterTable();
     double width = x2 - x1;
     double columnWidth = width / 10.0;

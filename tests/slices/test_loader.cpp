@@ -175,6 +175,39 @@ TEST_F(Loader, GroundRisingAboveTheSliceTopAddsTheSoilAboveIt) {
     EXPECT_NEAR(SURF.WM(2), 200.0 * (SURF.XX(5, 2) - 5.0), 1e-9);
 }
 
+TEST_F(Loader, PointsOfAStraightSlopingGroundAddNoSoil) {
+    // Mesh x-lines put ground points at x = 2, 5 and 8 on one straight slope, 1 in 4: the slice
+    // top chord is that ground, and nothing lies between them.
+    world.setGround({-100.0, 2.0, 5.0, 8.0, 100.0}, {25.5, 0.0, -0.75, -1.5, -24.5});
+    place(2, 0.0, 10.0, 0.5, -2.0, 8.0, 4.0);
+    LOADER(2);
+    ASSERT_EQ(MASTER.IERR, 0);
+    EXPECT_NEAR(SURF.WZ(2), 20.0 * SURF.AREA(2), 1e-9);
+    EXPECT_NEAR(SURF.WM(2), 0.0, 1e-9);
+}
+
+TEST_F(Loader, ASlightBreakOfTheGroundIsStillWeighed) {
+    // Level ground up to x = 5, then rising 1 in 100: the chord from (0, 0) to (10, -0.05)
+    // passes 0.025 above the ground at the break, so the triangle (0,0), (5,0), (10,-0.05) of
+    // area 0.125 is missing under the chord (the ten columns meet the break at a column border,
+    // so their midpoints weigh it exactly).
+    world.setGround({-100.0, 5.0, 100.0}, {0.0, 0.0, -0.95});
+    place(2, 0.0, 10.0, 0.0, -0.05, 8.0, 4.0);
+    LOADER(2);
+    ASSERT_EQ(MASTER.IERR, 0);
+    EXPECT_NEAR(SURF.WZ(2), 20.0 * SURF.AREA(2) - 20.0 * 0.125, 1e-9);
+    // The missing triangle's centroid lies at x = 5.
+    EXPECT_NEAR(SURF.WM(2), -20.0 * 0.125 * (SURF.XX(5, 2) - 5.0), 1e-9);
+}
+
+TEST_F(Loader, AGroundWhoseAbscissasDoNotIncreaseIsReportedOverAnySlice) {
+    // Two ground points at x = 5 on a level ground: the soil surface table is refused.
+    world.setGround({-100.0, 5.0, 5.0, 100.0}, {0.0, 0.0, 0.0, 0.0});
+    place(2, 0.0, 10.0, 0.0, 0.0, 8.0, 4.0);
+    LOADER(2);
+    EXPECT_EQ(MASTER.IERR, 102);
+}
+
 TEST_F(Loader, SoilAboveTheTopTakesTheHorizontalLoadFactor) {
     world.setGround({-100.0, 0.0, 5.0, 10.0, 100.0}, {0.0, 0.0, -2.0, 0.0, 0.0});
     LOAD.LDAT(3) = 0.2;
