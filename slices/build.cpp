@@ -173,12 +173,19 @@ void drainedSlice(int I, int& IREJ) {
     const int known = oneMaterial(I);
     int m = 0;
     for (int k = 1; k <= 5; ++k) {
+        // The point itself is only worked out where something is looked up at it.
         double x = 0.0, z = 0.0;
-        basePoint(I, k, x, z);
+        bool placed = false;
+        const auto place = [&] {
+            if (!placed) basePoint(I, k, x, z);
+            placed = true;
+        };
+        if (known == 0) place();
         if (!sliceMaterialAt(I, known, x, z, m)) return;
         double cohesion = MASTER.FCTSUC * SOLPRP.MAT(COHESN, m);
         if (cohesion < 0.0) {
             // A negative cohesion refers to the strength profiles, in percent.
+            place();
             double profile = 0.0;
             if (!cohesionProfileAt(I, x, z, profile)) return;
             cohesion = std::fabs(SOLPRP.MAT(COHESN, m)) * profile * kPercent * MASTER.FCTSUC;
@@ -198,6 +205,7 @@ void drainedSlice(int I, int& IREJ) {
                 fail();
                 return;
             }
+            place();
             double su = 0.0;
             if (!undrainedAt(I, x, z, SURF.BETA(I), su)) return;
             if (su < -eps) {
@@ -242,8 +250,9 @@ void drainedSlice(int I, int& IREJ) {
         double x = 0.0, z = 0.0, weight = 0.0;
         facePoint(I, k, x, z, weight);
         if (!sliceMaterialAt(I, known, x, z, m)) return;
-        double cohesion = std::fabs(SOLPRP.MAT(COHESN, m));
-        if (SOLPRP.MAT(COHESN, m) < 0.0) {
+        const double materialCohesion = SOLPRP.MAT(COHESN, m);
+        double cohesion = std::fabs(materialCohesion);
+        if (materialCohesion < 0.0) {
             double profile = 0.0;
             if (!cohesionProfileAt(I, x, z, profile)) return;
             cohesion = std::fabs(SOLPRP.MAT(COHESN, m)) * profile * kPercent;

@@ -188,8 +188,9 @@ bool realGroundBreak(int k) {
 // as breaks (the ground is held level beyond them).
 bool groundPointWithin(double x1, double x2, bool breaksOnly) {
     const int n = soilSurfacePoints();
+    const double* groundX = GEOMSH.XSURF.data();  // point k at k - 1; n within 0..MAXCOL
     for (int k = 1; k <= n; ++k) {
-        if (!(GEOMSH.XSURF(k) >= x1 && GEOMSH.XSURF(k) <= x2)) continue;
+        if (!(groundX[k - 1] >= x1 && groundX[k - 1] <= x2)) continue;
         if (!breaksOnly || k == 1 || k == n || realGroundBreak(k)) return true;
     }
     return false;

@@ -26,15 +26,34 @@
 namespace {
 constexpr int kFewestPoints = 5;
 constexpr double kProlong = 100.0;
+
+// The sines of the angles k * angleStep (k = 1..m - 1) of the last quarter circle divided into
+// m parts: a search divides every circle alike, so they are worked out once for the search.
+struct QuarterSines {
+    int parts = 0;
+    double pi = 0.0;
+    double sine[MAXPTS / 2] = {};
+
+    const double* of(int m) {
+        if (m != parts || MASTER.PI != pi) {
+            const double angleStep = MASTER.PI / 2.0 / m;
+            for (int k = 1; k <= m - 1; ++k) sine[k] = std::sin(k * angleStep);
+            parts = m;
+            pi = MASTER.PI;
+        }
+        return sine;
+    }
+};
+QuarterSines gQuarterSines;
 }  // namespace
 
 void CIRSRF(int& NPTS, double XC, double ZC, double R, double* X, double* Z, double* SPAR) {
     NPTS = std::clamp(NPTS, kFewestPoints, MAXPTS);
     const int m = NPTS / 2;
-    const double angleStep = MASTER.PI / 2.0 / m;
+    const double* sine = gQuarterSines.of(m);
     // Zero-based: point k of the text is X[k - 1].
     for (int k = 1; k <= m - 1; ++k) {
-        const double dz = R * std::sin(k * angleStep);
+        const double dz = R * sine[k];
         const double dx = std::sqrt(std::max(R * R - dz * dz, 0.0));
         X[k] = XC - dx;
         Z[k] = ZC + dz;

@@ -87,3 +87,21 @@ TEST_F(CirsrfTest, MoreThanThePolylineHoldsIsHeldToItsLength) {
     EXPECT_EQ(points, MAXPTS);
     EXPECT_DOUBLE_EQ(p.z[MAXPTS - 1], p.z[MAXPTS - 2] - 200.0);
 }
+
+TEST_F(CirsrfTest, CirclesOfDifferentPointCountsOneAfterAnotherEachLieAtTheirOwnAngles) {
+    // A search that changes its slice count divides its circles anew: 61 points (3-degree
+    // steps), then 151 (1.2 degrees), then 61 again, each checked against its own angles.
+    for (int points : {61, 151, 61}) {
+        Polyline p;
+        int n = points;
+        const double xc = 3.0, zc = 2.0, R = 9.0;
+        CIRSRF(n, xc, zc, R, p.x.data(), p.z.data(), p.spar);
+        ASSERT_EQ(n, points);
+        const int m = points / 2;
+        for (int k = 2; k <= m + 1; ++k) {
+            const double expectedDz = R * std::sin((k - 1) * (kPi / 2.0 / m));
+            EXPECT_NEAR(p.z[k - 1] - zc, expectedDz, 1e-12) << points << " points, point " << k;
+            EXPECT_NEAR(p.z[points - k] - zc, expectedDz, 1e-12) << points << " points, point " << points + 1 - k;
+        }
+    }
+}
