@@ -11,7 +11,8 @@
 // a bad table included, as long as the table's abscissas stay as they were checked. The
 // bracketing points are found by bisection, or next to the ones found last: the first point k
 // with x(k) - x >= 0 (direction 1) or x(k) - x <= 0 (direction -1), the same point a walk from
-// the start would stop at.
+// the start would stop at. Beyond the points found last the search strides forward from them
+// first, as the borders of the slices of a surface are asked from left to right.
 //
 // Reads:  the arguments only (n, direction, x(1..n), y(1..n), xq)
 // Writes: yq, the value at xq (1.0E10 when an error is reported); ierr
@@ -84,6 +85,20 @@ void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr) {
     } else {
         int low = 0;
         int high = n - 1;
+        if (last >= 1 && last < n && !reaches(last)) {
+            // Beyond the point found last: strides of doubling length from there until one
+            // reaches xq (or the last point does), and the halving within that stride.
+            low = last;
+            for (int stride = 2;; stride *= 2) {
+                const int probe = low + stride;
+                if (probe >= n - 1) break;
+                if (reaches(probe)) {
+                    high = probe;
+                    break;
+                }
+                low = probe;
+            }
+        }
         while (high - low > 1) {
             const int mid = low + (high - low) / 2;
             if (reaches(mid))

@@ -26,6 +26,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "input/input.h"
 #include "io/channels.h"
@@ -174,37 +175,65 @@ bool meanUnitWeight(int I, double& gamma) {
     return true;
 }
 
-// Whether point k (within 2..n - 1) of the checked soil surface is a real break of the
-// ground: the slopes on its two sides differ. Mesh x-lines put points on straight ground too;
-// there the ground and the straight slice top coincide and no soil lies between them.
-bool realGroundBreak(int k) {
-    const double leftSlope = (GEOMSH.ZSURF(k) - GEOMSH.ZSURF(k - 1)) / (GEOMSH.XSURF(k) - GEOMSH.XSURF(k - 1));
-    const double rightSlope = (GEOMSH.ZSURF(k + 1) - GEOMSH.ZSURF(k)) / (GEOMSH.XSURF(k + 1) - GEOMSH.XSURF(k));
+// Whether point k (within 2..n - 1) of a soil surface whose abscissas increase is a real break
+// of the ground: the slopes on its two sides differ. Mesh x-lines put points on straight
+// ground too; there the ground and the straight slice top coincide and no soil lies between
+// them.
+bool realGroundBreak(const double* x, const double* z, int k) {
+    const double leftSlope = (z[k - 1] - z[k - 2]) / (x[k - 1] - x[k - 2]);
+    const double rightSlope = (z[k] - z[k - 1]) / (x[k] - x[k - 1]);
     return !(std::fabs(rightSlope - leftSlope) <= kSameSlope * (1.0 + std::fabs(leftSlope) + std::fabs(rightSlope)));
 }
 
-// Whether a point of the soil surface lies within x1..x2 (ends included); with breaksOnly,
-// a point that is a real break of the checked soil surface. The first and the last point count
-// as breaks (the ground is held level beyond them).
-bool groundPointWithin(double x1, double x2, bool breaksOnly) {
-    const int n = soilSurfacePoints();
-    const double* groundX = GEOMSH.XSURF.data();  // point k at k - 1; n within 0..MAXCOL
-    for (int k = 1; k <= n; ++k) {
-        if (!(groundX[k - 1] >= x1 && groundX[k - 1] <= x2)) continue;
-        if (!breaksOnly || k == 1 || k == n || realGroundBreak(k)) return true;
+// The soil surface as it was checked last: its points, the error code of its table and, when
+// its abscissas increase, which of its points are real breaks (the first and the last point
+// count as breaks, the ground being held level beyond them). Every slice of every surface asks
+// the same soil surface, so it is checked again only when its points have changed.
+struct CheckedGround {
+    int n = -1;
+    double x[MAXCOL];
+    double z[MAXCOL];
+    int code = 0;
+    bool isBreak[MAXCOL];
+
+    void refresh() {
+        const int points = soilSurfacePoints();
+        const size_t bytes = static_cast<size_t>(points) * sizeof(double);
+        if (points == n && std::memcmp(x, GEOMSH.XSURF.data(), bytes) == 0 &&
+            std::memcmp(z, GEOMSH.ZSURF.data(), bytes) == 0)
+            return;
+        n = points;
+        std::memcpy(x, GEOMSH.XSURF.data(), bytes);
+        std::memcpy(z, GEOMSH.ZSURF.data(), bytes);
+        code = checkedBrokenLine(n, 1, x, z).code;
+        for (int k = 1; k <= n; ++k) isBreak[k - 1] = code == 0 && (k == 1 || k == n || realGroundBreak(x, z, k));
     }
+};
+CheckedGround gGround;
+
+// Whether the ground breaks over x1..x2 (ends included): a real break of the soil surface lies
+// there. A soil surface whose abscissas do not increase counts as broken wherever it has a
+// point over the slice, so that the look-up in it reports its error.
+bool groundBreaksWithin(double x1, double x2) {
+    gGround.refresh();
+    const int n = gGround.n;
+    if (gGround.code != 0) {
+        for (int k = 0; k < n; ++k)
+            if (gGround.x[k] >= x1 && gGround.x[k] <= x2) return true;
+        return false;
+    }
+    for (int k = static_cast<int>(std::lower_bound(gGround.x, gGround.x + n, x1) - gGround.x); k < n && gGround.x[k] <= x2; ++k)
+        if (gGround.isBreak[k]) return true;
     return false;
 }
 
 // Weight of the soil between the straight slice top and a broken ground surface above or
-// below it, by ten columns. A soil surface whose abscissas do not increase is looked up all
-// the same wherever it has a point over the slice, so that its error is reported.
+// below it, by ten columns.
 bool soilAboveTop(int I, double gamma, double tolerance) {
     double x1 = SURF.XX(1, I);
     double x2 = SURF.XX(2, I);
-    if (!groundPointWithin(x1, x2, false)) return true;
+    if (!groundBreaksWithin(x1, x2)) return true;
     const BrokenLine ground = soilSurface();
-    if (ground.code == 0 && !groundPointWithin(x1, x2, true)) return true;
 
     const BrokenLine water = waterTable();
     double width = x2 - x1;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <vector>
 
 #include "input/input.h"
@@ -195,5 +196,35 @@ TEST(Intpol, ACheckedBadLineGivesTheErrorOfIntpol) {
         interpolate(line, q, value, ierr);
         EXPECT_EQ(ierr, 2);
         EXPECT_EQ(value, kNoValue);
+    }
+}
+
+// A long line asked from left to right in jumps of many points (as the borders of slices ask
+// a fine shear surface) and then back: every answer is the straight-line value between the two
+// table points around the abscissa, and at a table point the point's own value.
+TEST(Intpol, ALongLineAskedInJumpsAnswersLikeIntpol) {
+    const int n = 200;
+    std::vector<double> x(n), y(n);
+    for (int k = 0; k < n; ++k) {
+        x[k] = 0.5 * k + 0.001 * k * k;  // unequal steps
+        y[k] = std::sin(0.1 * k) * 10.0;
+    }
+    const BrokenLine line = checkedBrokenLine(n, 1, x.data(), y.data());
+    ASSERT_EQ(line.code, 0);
+    std::vector<double> asked;
+    for (double a = -1.0; a < x.back() + 2.0; a += 1.37) asked.push_back(a);  // forward jumps
+    for (int k : {0, 7, 8, 150, 199, 3}) asked.push_back(x[k]);               // table points
+    for (double a = x.back() + 1.0; a > -2.0; a -= 7.9) asked.push_back(a);   // backward jumps
+    for (double a : asked) {
+        double expected = a <= x.front() ? y.front() : y.back();
+        for (int k = 1; k < n; ++k)
+            if (a > x[k - 1] && a <= x[k]) expected = y[k - 1] + (y[k] - y[k - 1]) * (a - x[k - 1]) / (x[k] - x[k - 1]);
+        double value = 0.0, fromIntpol = 0.0;
+        int ierr = -1, intpolErr = -1;
+        interpolate(line, a, value, ierr);
+        INTPOL(n, 1, x.data(), y.data(), a, fromIntpol, intpolErr);
+        ASSERT_EQ(ierr, 0) << a;
+        EXPECT_NEAR(value, expected, 1e-12) << a;
+        EXPECT_EQ(value, fromIntpol) << a;
     }
 }

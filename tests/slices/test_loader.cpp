@@ -200,6 +200,23 @@ TEST_F(Loader, ASlightBreakOfTheGroundIsStillWeighed) {
     EXPECT_NEAR(SURF.WM(2), -20.0 * 0.125 * (SURF.XX(5, 2) - 5.0), 1e-9);
 }
 
+TEST_F(Loader, AGroundChangedBetweenTwoSlicesIsTheOneWeighed) {
+    // The same slice under level ground, then under the ridge of height 2 at x = 5 (the ground
+    // points stay where they were, only the level of the middle one changes), then level again.
+    world.setGround({-100.0, 0.0, 5.0, 10.0, 100.0}, {0.0, 0.0, 0.0, 0.0, 0.0});
+    place(2, 0.0, 10.0, 0.0, 0.0, 8.0, 4.0);
+    LOADER(2);
+    ASSERT_EQ(MASTER.IERR, 0);
+    EXPECT_NEAR(SURF.WZ(2), 20.0 * SURF.AREA(2), 1e-9);
+    GEOMSH.ZSURF(3) = -2.0;
+    LOADER(2);
+    ASSERT_EQ(MASTER.IERR, 0);
+    EXPECT_NEAR(SURF.WZ(2), 20.0 * SURF.AREA(2) + 20.0 * 10.0, 1e-9);
+    GEOMSH.ZSURF(3) = 0.0;
+    LOADER(2);
+    EXPECT_NEAR(SURF.WZ(2), 20.0 * SURF.AREA(2), 1e-9);
+}
+
 TEST_F(Loader, AGroundWhoseAbscissasDoNotIncreaseIsReportedOverAnySlice) {
     // Two ground points at x = 5 on a level ground: the soil surface table is refused.
     world.setGround({-100.0, 5.0, 5.0, 100.0}, {0.0, 0.0, 0.0, 0.0});
