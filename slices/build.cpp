@@ -166,13 +166,47 @@ bool sliceMaterialAt(int I, int known, double x, double z, int& m) {
 // Drained strengths of slice I and its pore pressures. The base uses signed properties with
 // the strength factors applied per point; face 2 uses magnitudes with the factors applied to
 // the mean.
+// The base and face-2 strengths of a slice of one material m with a plain drained strength: a
+// cohesion that refers to no profile and not both strength parameters zero. The sums are those
+// of the eight strength points one by one, every point giving the same values. False when the
+// material is not plain (its points must be looked at one by one); IREJ = 1 for a negative
+// strength.
+bool plainDrainedStrengths(int m, int& IREJ, double& sumCohesion, double& sumFriction, double& faceCohesion,
+                           double& faceFriction) {
+    const double eps = MASTER.EPS;
+    const double materialCohesion = SOLPRP.MAT(COHESN, m);
+    const double materialFriction = SOLPRP.MAT(PHIANG, m);
+    const double cohesion = MASTER.FCTSUC * materialCohesion;
+    const double friction = MASTER.FCTTAN * materialFriction;
+    if (cohesion < 0.0 || materialCohesion < 0.0) return false;
+    if (cohesion < -eps || friction < -eps) {
+        IREJ = 1;
+        return true;
+    }
+    if (cohesion <= eps && friction <= eps) return false;
+    if (std::fabs(materialCohesion) + std::fabs(materialFriction) <= eps) return false;
+    for (int k = 1; k <= 5; ++k) {
+        sumCohesion += cohesion;
+        sumFriction += friction;
+    }
+    for (const double weight : {0.25, 0.5, 0.25}) {
+        faceCohesion += weight * std::fabs(materialCohesion);
+        faceFriction += weight * std::fabs(materialFriction);
+    }
+    return true;
+}
+
 void drainedSlice(int I, int& IREJ) {
     const double eps = MASTER.EPS;
     double sumCohesion = 0.0;
     double sumFriction = 0.0;
+    double faceCohesion = 0.0;
+    double faceFriction = 0.0;
     const int known = oneMaterial(I);
-    int m = 0;
-    for (int k = 1; k <= 5; ++k) {
+    int m = known;
+    const bool plain = known != 0 && plainDrainedStrengths(known, IREJ, sumCohesion, sumFriction, faceCohesion, faceFriction);
+    if (IREJ != 0) return;
+    for (int k = 1; k <= 5 && !plain; ++k) {
         // The point itself is only worked out where something is looked up at it.
         double x = 0.0, z = 0.0;
         bool placed = false;
@@ -244,9 +278,7 @@ void drainedSlice(int I, int& IREJ) {
         }
     }
 
-    double faceCohesion = 0.0;
-    double faceFriction = 0.0;
-    for (int k = 1; k <= 3; ++k) {
+    for (int k = 1; k <= 3 && !plain; ++k) {
         double x = 0.0, z = 0.0, weight = 0.0;
         facePoint(I, k, x, z, weight);
         if (!sliceMaterialAt(I, known, x, z, m)) return;

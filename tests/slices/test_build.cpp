@@ -598,3 +598,43 @@ TEST(BuildTwice, SecondSliceSetAfterAFirstEqualsAFreshBuildOfItAlone) {
         for (size_t k = 0; k < alone.size(); ++k) EXPECT_EQ(afterFirst[k], alone[k]) << idefto << " field " << k;
     }
 }
+
+// A slice of one plain material takes its strengths without looking at its eight points one by
+// one; the sums must be those of the points all the same, to the last digit. The same section
+// is built once with its slices cut by a layer boundary between two layers of that material
+// (every point looked up by itself) and once with a single layer.
+TEST_F(Build, AOneMaterialSliceHasTheStrengthsOfItsPointsLookedUpOneByOne) {
+    MASTER.FCTSUC = 0.83;
+    MASTER.FCTTAN = 0.91;
+    SOLPRP.MAT(COHESN, 1) = 10.3;
+    SOLPRP.MAT(PHIANG, 1) = 0.437;
+    surface({0.0, 2.0, 4.0}, {1.0, 3.0, 2.0});
+    IGEOMS.NLAYER = 2;
+    GEOMSH.ZLAYER(1) = 1.5;  // through both slices
+    GEOMSH.ZLAYER(2) = 100.0;
+    IGEOMS.LAYMAT(1) = 1;
+    IGEOMS.LAYMAT(2) = 1;
+    ASSERT_EQ(build(), 0);
+    ASSERT_EQ(MASTER.IERR, 0);
+    double byPoints[2][4];
+    for (int I = 1; I <= 2; ++I) {
+        byPoints[I - 1][0] = SURF.C3(I);
+        byPoints[I - 1][1] = SURF.TAN3(I);
+        byPoints[I - 1][2] = SURF.C2(I);
+        byPoints[I - 1][3] = SURF.TAN2(I);
+    }
+    IGEOMS.NLAYER = 1;
+    GEOMSH.ZLAYER(1) = 100.0;
+    surface({0.0, 2.0, 4.0}, {1.0, 3.0, 2.0});
+    ASSERT_EQ(build(), 0);
+    ASSERT_EQ(MASTER.IERR, 0);
+    for (int I = 1; I <= 2; ++I) {
+        EXPECT_EQ(SURF.C3(I), byPoints[I - 1][0]) << I;
+        EXPECT_EQ(SURF.TAN3(I), byPoints[I - 1][1]) << I;
+        EXPECT_EQ(SURF.C2(I), byPoints[I - 1][2]) << I;
+        EXPECT_EQ(SURF.TAN2(I), byPoints[I - 1][3]) << I;
+        // And the values themselves: the factored cohesion and friction of the material.
+        EXPECT_NEAR(SURF.C3(I), 5.0 * (10.3 * 0.83) * kFifth, 1e-12);
+        EXPECT_NEAR(SURF.TAN2(I), 0.437 * 0.91, 1e-12);
+    }
+}
