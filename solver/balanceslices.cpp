@@ -8,28 +8,28 @@
 //   vertical:    P (sinb tan3 t + cosb) + T2 = V0 + T1,
 //                                                   V0 = WZ + SNZ t - (c3 L34 + SS) sinb t
 //   face 2:      T2 = R t (tan2 E2 + c2 h)
-// Eliminating E2 and T2 gives P = (R tan2 t (H0 - E1) - R c2 h t + V0 + T1) / D, with D the
-// divisor of sliceDivisor. So P, and with it E2 and T2, is an affine function of the forces
-// E1, T1 handed over from the left. Its coefficients do not depend on the neighbours, so
-// what is handed on from slice to slice is a short chain of products and sums instead of the
-// whole balance with its two divisions per slice, and the coefficients of the next slices are
-// formed while the chain runs.
+// Eliminating E2 and T2 gives P = (R tan2 t (H0 - E1) - R c2 h t + V0 + T1) / D, with the
+// divisor D = R tan2 t hP + sinb tan3 t + cosb. So P, and with it E2, is an affine function of
+// the forces E1, T1 handed over from the left. Its coefficients do not depend on the
+// neighbours, so what is handed on from slice to slice is a short chain of products and sums
+// instead of the whole balance with its two divisions per slice, and the coefficients of the
+// next slices are formed while the chain runs.
 //
-// Reads:  the coefficients; SURF E1(1), T1(1), R(1..last); MASTER.NUMSLC
-// Writes: SURF P, S1, S2, S, E2, T2 of slices 1..last; E1, T1 of slices 2..last + 1 (within
-//         NUMSLC)
-// IERR:   none (the divisors were judged by the caller)
+// Reads:  the coefficients; SURF E1(1), T1(1), the roughness to start from; MASTER.NUMSLC, EPS
+// Writes: SURF R of the slices reached; P, S1, S2, S, E2, T2 of the slices balanced; E1, T1 of
+//         the slice after each (within NUMSLC)
+// IERR:   none (a divisor that fails the rule is returned to the caller)
 
 #include "solver/slicebalance.h"
 
-void balanceSlices(const SliceCoefficients& c, int last, double F) {
-    if (last > MASTER.NUMSLC) last = MASTER.NUMSLC;
-    if (last > MAXSLC) last = MAXSLC;
-    if (last < 1) return;
+int balanceSlices(const SliceCoefficients& c, double F, const double* roughnessFrom, double roughnessFactor,
+                  DivisorRule rule, double& divisor) {
+    int numSlices = MASTER.NUMSLC;
+    if (numSlices > MAXSLC) numSlices = MAXSLC;
     const double t = 1.0 / F;
-    const int numSlices = MASTER.NUMSLC;
-    // The columns of slice 1 on: slice i at index i - 1 (last is within 1..MAXSLC).
-    const double* roughness = SURF.R.data();
+    const double eps = MASTER.EPS;
+    // The columns of slice 1 on: slice i at index i - 1.
+    double* roughness = SURF.R.data();
     double* normalForce = SURF.P.data();
     double* exitForce = SURF.E2.data();
     double* exitShear = SURF.T2.data();
@@ -41,33 +41,31 @@ void balanceSlices(const SliceCoefficients& c, int last, double F) {
 
     double E1 = entryForce[0];
     double T1 = entryShear[0];
-    for (int k = 0; k < last; ++k) {
-        const double R = roughness[k];
-        const double sinb = c.sinb[k];
-        const double cosb = c.cosb[k];
-        const double baseTan = c.baseTan[k];
-        const double horizontalPerP = sinb - cosb * baseTan * t;
-        const double horizontalFixed = c.baseResistance[k] * cosb * t - c.wx[k] - c.snx[k] * t;
-        const double verticalFixed = c.wz[k] + c.snz[k] * t - c.baseResistance[k] * sinb * t;
-        const double faceCohesion = c.c2[k] * c.faceHeight[k] * t * R;  // mobilised face cohesion
-        const double faceFriction = c.tan2[k] * R * t;                  // interslice shear per E2
-        const double verticalPerP = sinb * baseTan * t + cosb;
-        const double perDivisor = 1.0 / (faceFriction * horizontalPerP + verticalPerP);
-        // P = pFixed + pPerE1 E1 + pPerT1 T1, and E2 = eFixed + ePerE1 E1 + ePerT1 T1, T2 likewise.
+    for (int k = 0; k < numSlices; ++k) {
+        const double R = roughnessFrom[k] * roughnessFactor;
+        roughness[k] = R;
+        const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
+        const double faceFriction = c.tan2[k] * R * t;  // interslice shear per unit E2
+        const double verticalPerP = c.sinbTan[k] * t + c.cosb[k];
+        const double D = faceFriction * horizontalPerP + verticalPerP;
+        if (rule == DivisorRule::BelowEps ? D < eps : D <= eps) {
+            divisor = D;
+            return k + 1;
+        }
+        const double horizontalFixed = c.resistanceCos[k] * t - c.wx[k] - c.snx[k] * t;
+        const double verticalFixed = c.wz[k] + c.snz[k] * t - c.resistanceSin[k] * t;
+        const double faceCohesion = c.faceCohesionFull[k] * t * R;  // mobilised face cohesion
+        const double perDivisor = 1.0 / D;
+        // P = pFixed + pPerE1 E1 + pPerT1 T1, and E2 = eFixed + ePerE1 E1 + ePerT1 T1.
         const double pFixed = (faceFriction * horizontalFixed - faceCohesion + verticalFixed) * perDivisor;
         const double pPerE1 = -faceFriction * perDivisor;
-        const double pPerT1 = perDivisor;
         const double eFixed = pFixed * horizontalPerP - horizontalFixed;
         const double ePerE1 = verticalPerP * perDivisor;  // 1 + pPerE1 hP, without the cancellation
         const double ePerT1 = horizontalPerP * perDivisor;
-        const double tFixed = faceFriction * eFixed + faceCohesion;
-        const double tPerE1 = faceFriction * ePerE1;
-        const double tPerT1 = faceFriction * ePerT1;
 
-        // Only E2 and T2 are handed on: the chain from slice to slice is these two sums.
         const double E2 = eFixed + ePerE1 * E1 + ePerT1 * T1;
-        const double T2 = tFixed + tPerE1 * E1 + tPerT1 * T1;
-        const double P = pFixed + pPerE1 * E1 + pPerT1 * T1;
+        const double T2 = faceFriction * E2 + faceCohesion;
+        const double P = pFixed + pPerE1 * E1 + perDivisor * T1;
         const double S1 = (c.tan3[k] * P + c.drainedCohesion[k]) * t;
         const double S2 = c.undrainedCohesion[k] * t;
         normalForce[k] = P;
@@ -83,4 +81,5 @@ void balanceSlices(const SliceCoefficients& c, int last, double F) {
         E1 = E2;
         T1 = T2;
     }
+    return 0;
 }

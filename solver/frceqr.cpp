@@ -71,30 +71,19 @@ void printDivisorProblem(double F, int i, double DIV) {
 // stays in force, so every later sweep of this pass reduces R once more. Returns false
 // (IERR = 1) when 50 reductions did not help.
 bool sweep(const SliceCoefficients& coefficients, double& RGHMOD, int& NRED) {
-    const int numSlices = MASTER.NUMSLC;
     const double F = MASTER.SF;
-    const double reciprocalSF = 1.0 / F;
-    int i = 1;
-    while (i <= numSlices) {
-        SURF.R(i) = SURF.R(i) * RGHMOD;
-        const double DIV = sliceDivisor(coefficients, i, reciprocalSF, SURF.R(i));
-        if (DIV < MASTER.EPS) {
-            balanceSlices(coefficients, i - 1, F);
-            if (MASTER.JPRINT >= 2) printDivisorProblem(F, i, DIV);
-            RGHMOD = RGHMOD * kRoughReduction;
-            NRED = NRED + 1;
-            if (NRED < kMaxReductions) {
-                i = 1;
-                continue;
-            }
-            sayLog(" **** SR/FRCEQR : Reduced R-values did not work");
-            MASTER.IERR = 1;
-            return false;
-        }
-        ++i;
+    for (;;) {
+        double DIV = 0.0;
+        const int failed = balanceSlices(coefficients, F, SURF.R.data(), RGHMOD, DivisorRule::BelowEps, DIV);
+        if (failed == 0) return true;
+        if (MASTER.JPRINT >= 2) printDivisorProblem(F, failed, DIV);
+        RGHMOD = RGHMOD * kRoughReduction;
+        NRED = NRED + 1;
+        if (NRED >= kMaxReductions) break;
     }
-    balanceSlices(coefficients, numSlices, F);
-    return true;
+    sayLog(" **** SR/FRCEQR : Reduced R-values did not work");
+    MASTER.IERR = 1;
+    return false;
 }
 
 void traceTrial(int ITNOW, double unbalance, double RGHMOD, int NUMCHG) {

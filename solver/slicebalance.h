@@ -1,15 +1,15 @@
 // solver/slicebalance.h
 //
-// SliceCoefficients, sliceDivisor, balanceSlices — the force balance of the slices at a trial
-// safety factor, shared by the force-equilibrium sweep (FRCEQR) and the 2003 method (SLV123).
+// SliceCoefficients, balanceSlices — the force balance of the slices at a trial safety factor,
+// shared by the force-equilibrium sweep (FRCEQR) and the 2003 method (SLV123).
 //
 // Slice i takes the forces E1, T1 its left neighbour hands over. Its horizontal and vertical
 // balance, with the mobilised base shear (c3 L34 + SS + P tan3) / F and the interslice shear
 // T2 = R (E2 tan2 + c2 h) / F on its right face of height h, gives the base normal force P and
-// the forces E2, T2 it hands on. The divisor of P (sliceDivisor) does not depend on what the
-// neighbour hands over: the caller judges it for every slice by its own rule (a slice whose
-// divisor vanishes cannot carry its load) before balanceSlices solves the forces. In a
-// combined analysis a base that fails undrained carries su3 instead of c3 and no friction.
+// the forces E2, T2 it hands on. The divisor of P does not depend on what the neighbour hands
+// over; each caller judges it by its own rule (a slice whose divisor vanishes cannot carry its
+// load). In a combined analysis a base that fails undrained carries su3 instead of c3 and no
+// friction.
 //
 // Reads:  through SliceCoefficients::take the SURF columns SINB, COSB, L34, C3, TAN3, SU3, C2,
 //         TAN2, SS, WX, WZ, SNX, SNZ, ZZ and ISUR.MODE, MASTER.IDEFTO
@@ -41,6 +41,12 @@ struct SliceCoefficients {
     double snx[MAXSLC];
     double snz[MAXSLC];
     bool undrained[MAXSLC];
+    // Products of the above that every trial factor multiplies alike.
+    double cosbTan[MAXSLC];           // cosb baseTan
+    double sinbTan[MAXSLC];           // sinb baseTan
+    double resistanceCos[MAXSLC];     // baseResistance cosb
+    double resistanceSin[MAXSLC];     // baseResistance sinb
+    double faceCohesionFull[MAXSLC];  // c2 h
 
     // Slices 1..n (n within 1..99).
     void take(int n) {
@@ -61,23 +67,27 @@ struct SliceCoefficients {
             wz[k] = SURF.WZ(i);
             snx[k] = SURF.SNX(i);
             snz[k] = SURF.SNZ(i);
+            cosbTan[k] = cosb[k] * baseTan[k];
+            sinbTan[k] = sinb[k] * baseTan[k];
+            resistanceCos[k] = baseResistance[k] * cosb[k];
+            resistanceSin[k] = baseResistance[k] * sinb[k];
+            faceCohesionFull[k] = c2[k] * faceHeight[k];
         }
     }
 };
 
-// The divisor of the base normal force of slice i at the reciprocal safety factor
-// reciprocalSF = 1/F and face-2 roughness R: the vertical balance of the base forces per unit
-// normal force, with the interslice shear that the horizontal balance brings along. It
-// vanishes where the slice cannot carry its load.
-inline double sliceDivisor(const SliceCoefficients& c, int i, double reciprocalSF, double R) {
-    const int k = i - 1;
-    const double horizontalPerP = c.sinb[k] - c.cosb[k] * c.baseTan[k] * reciprocalSF;
-    return c.tan2[k] * R * reciprocalSF * horizontalPerP + c.sinb[k] * c.baseTan[k] * reciprocalSF + c.cosb[k];
-}
+// Which divisor of the base normal force leaves a slice unable to carry its load: one below
+// EPS, or one not above EPS.
+enum class DivisorRule { BelowEps, AtMostEps };
 
-// The forces of slices 1..last (last within 0..NUMSLC) at the safety factor F, every slice with
-// its roughness SURF.R(i) and a divisor the caller has accepted.
-// Reads:  SURF E1(1), T1(1), R; MASTER.NUMSLC
-// Writes: SURF P, S1, S2, S, E2, T2 of slices 1..last, and E1, T1 of slices 2..last + 1
-//         (within NUMSLC)
-void balanceSlices(const SliceCoefficients& c, int last, double F);
+// Balances the slices from the entry on at the safety factor F. The face-2 roughness of slice i
+// becomes SURF.R(i) = roughnessFrom[i - 1] * roughnessFactor as it is reached (roughnessFrom
+// may be SURF.R itself). The divisor of the base normal force vanishes where the slice cannot
+// carry its load: at the first slice whose divisor fails the rule the sweep stops, the slices
+// before it balanced. Returns 0 when every slice was balanced, else that slice (its divisor in
+// divisor).
+// Reads:  SURF E1(1), T1(1); MASTER.NUMSLC (within 1..MAXSLC), EPS
+// Writes: SURF R of the slices reached; P, S1, S2, S, E2, T2 of the slices balanced, and E1,
+//         T1 of the slice after each (within NUMSLC)
+int balanceSlices(const SliceCoefficients& c, double F, const double* roughnessFrom, double roughnessFactor,
+                  DivisorRule rule, double& divisor);

@@ -217,21 +217,7 @@ int sweepVertical(const SliceCoefficients& c, double F, double& divisor) {
 // shear being R = RFACTOR * R0 of the available one; the forces on the exit face of a slice
 // act on the entry face of the next.
 int sweepRough(const SliceCoefficients& coefficients, double F, double& divisor) {
-    const double reciprocalSF = 1.0 / F;
-    const int numSlices = MASTER.NUMSLC;  // within 1..MAXSLC (SLV123 checks)
-    double* roughness = SURF.R.data();
-    const double* startRoughness = SURF.R0.data();
-    for (int k = 0; k < numSlices; ++k) {
-        roughness[k] = MASTER.RFACTOR * startRoughness[k];
-        const double D = sliceDivisor(coefficients, k + 1, reciprocalSF, roughness[k]);
-        if (D <= MASTER.EPS) {
-            balanceSlices(coefficients, k, F);
-            divisor = D;
-            return k + 1;
-        }
-    }
-    balanceSlices(coefficients, numSlices, F);
-    return 0;
+    return balanceSlices(coefficients, F, SURF.R0.data(), MASTER.RFACTOR, DivisorRule::AtMostEps, divisor);
 }
 
 // The moment of the loads and the base normal forces about the centre (SUMPM), and the
