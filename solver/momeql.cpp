@@ -83,43 +83,54 @@ bool keepForceEquilibrium() {
     return gKeepForceDecision == 1;
 }
 
-void buildCoefficients(EquationCoefficients& CC, double surfaceStart, double span) {
-    CC.fill(0.0);
+// The points of action of the base normal forces of slices 1..NUMSLC (within 1..MAXSLC).
+struct BasePoints {
+    BasePoint at[MAXSLC];
+    void find(double surfaceStart, double span) {
+        for (int i = 1; i <= MASTER.NUMSLC; ++i) at[i - 1] = basePoint(i, surfaceStart, span);
+    }
+};
+
+void buildCoefficients(EquationCoefficients& CC, const BasePoints& points) {
+    // Sums over the slices, row by row of CC: horizontal force, vertical force, moment.
+    double sum[3][6] = {};
     for (int i = 1; i <= MASTER.NUMSLC; ++i) {
         const bool undrained = undrainedBase(i);
         const double K = (undrained ? SURF.SU3(i) : SURF.C3(i)) * SURF.L34(i) + SURF.SS(i);
         const double tanBase = undrained ? 0.0 : SURF.TAN3(i);
         const double sinb = SURF.SINB(i), cosb = SURF.COSB(i), P = SURF.P(i);
-        const BasePoint at = basePoint(i, surfaceStart, span);
+        const BasePoint& at = points.at[i - 1];
         const double xw = SURF.XX(5, i), zw = SURF.ZZ(5, i);
 
         const double normalX = sinb * P, normalZ = -cosb * P;
         const double normalMoment = P * (at.x * cosb + at.z * sinb);
-        CC(1, 1) += normalX;
-        CC(2, 1) += normalZ;
-        CC(3, 1) += normalMoment;
-        CC(1, 2) += normalX * at.w;
-        CC(2, 2) += normalZ * at.w;
-        CC(3, 2) += normalMoment * at.w;
+        sum[0][0] += normalX;
+        sum[1][0] += normalZ;
+        sum[2][0] += normalMoment;
+        sum[0][1] += normalX * at.w;
+        sum[1][1] += normalZ * at.w;
+        sum[2][1] += normalMoment * at.w;
 
-        CC(1, 3) += SURF.SNX(i) - K * cosb;
-        CC(2, 3) += SURF.SNZ(i) - K * sinb;
-        CC(3, 3) += SURF.HS(i) * SURF.SS(i) + K * sinb * at.x - K * cosb * at.z + zw * SURF.SNX(i) + SURF.SNM(i) -
-                    xw * SURF.SNZ(i);
+        sum[0][2] += SURF.SNX(i) - K * cosb;
+        sum[1][2] += SURF.SNZ(i) - K * sinb;
+        sum[2][2] += SURF.HS(i) * SURF.SS(i) + K * sinb * at.x - K * cosb * at.z + zw * SURF.SNX(i) + SURF.SNM(i) -
+                     xw * SURF.SNZ(i);
 
         const double frictionX = -cosb * P * tanBase, frictionZ = -sinb * P * tanBase;
         const double frictionMoment = P * tanBase * (sinb * at.x - cosb * at.z);
-        CC(1, 4) += frictionX;
-        CC(2, 4) += frictionZ;
-        CC(3, 4) += frictionMoment;
-        CC(1, 5) += frictionX * at.w;
-        CC(2, 5) += frictionZ * at.w;
-        CC(3, 5) += frictionMoment * at.w;
+        sum[0][3] += frictionX;
+        sum[1][3] += frictionZ;
+        sum[2][3] += frictionMoment;
+        sum[0][4] += frictionX * at.w;
+        sum[1][4] += frictionZ * at.w;
+        sum[2][4] += frictionMoment * at.w;
 
-        CC(1, 6) += SURF.WX(i);
-        CC(2, 6) += SURF.WZ(i);
-        CC(3, 6) += zw * SURF.WX(i) + SURF.WM(i) - xw * SURF.WZ(i);
+        sum[0][5] += SURF.WX(i);
+        sum[1][5] += SURF.WZ(i);
+        sum[2][5] += zw * SURF.WX(i) + SURF.WM(i) - xw * SURF.WZ(i);
     }
+    for (int row = 1; row <= 3; ++row)
+        for (int column = 1; column <= 6; ++column) CC(row, column) = sum[row - 1][column - 1];
 }
 
 void traceRow(std::string_view routine, double A, double B, double C, int code) {
@@ -134,10 +145,10 @@ void traceRow(std::string_view routine, double A, double B, double C, int code) 
 
 // Solves the three global equations for A, B, C. Returns false (IERR = -1, A = 1, B = 0,
 // C = 1/SF) when neither solver gives an acceptable solution.
-bool solveMoment(double& A, double& B, double& C, double surfaceStart, double span) {
+bool solveMoment(double& A, double& B, double& C, const BasePoints& points) {
     const double EPS = MASTER.EPS;
     EquationCoefficients CC;
-    buildCoefficients(CC, surfaceStart, span);
+    buildCoefficients(CC, points);
 
     int abcError = 0;
     A = 1.0 / std::fmax(MASTER.SFMAX, EPS);
@@ -194,12 +205,12 @@ bool solveMoment(double& A, double& B, double& C, double surfaceStart, double sp
 }
 
 // Balances every slice again with the corrected normal forces, from the entry to the exit.
-void updateSlices(double A, double B, double surfaceStart, double span) {
+void updateSlices(double A, double B, const BasePoints& points) {
     const int numSlices = MASTER.NUMSLC;
     const double q = 1.0 / MASTER.SF;
     const double Pmin = kPminShare * MASTER.E2TOL;
     for (int i = 1; i <= numSlices; ++i) {
-        const BasePoint at = basePoint(i, surfaceStart, span);
+        const BasePoint& at = points.at[i - 1];
         const double P = (A + B * at.w) * SURF.P(i);
         SURF.P(i) = P;
         SURF.S1(i) = (P * SURF.TAN3(i) + SURF.C3(i) * SURF.L34(i)) * q;
@@ -260,16 +271,18 @@ void MOMEQL(double& A, double& B, double& C) {
     }
     const double surfaceStart = SURF.XX(1, 1);
     const double span = SURF.XX(2, numSlices) - surfaceStart;
+    BasePoints points;
+    points.find(surfaceStart, span);
 
     bool solve = MASTER.IDTYP != 2;
     if (solve && MASTER.METHOD == 0) solve = !keepForceEquilibrium();
     if (solve) {
-        if (!solveMoment(A, B, C, surfaceStart, span)) return;
+        if (!solveMoment(A, B, C, points)) return;
     } else {
         // Earth pressure, or force equilibrium kept: only the slices are balanced again.
         MASTER.IERR = 0;
     }
 
     MASTER.SF = 1.0 / C;
-    updateSlices(A, B, surfaceStart, span);
+    updateSlices(A, B, points);
 }

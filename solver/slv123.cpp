@@ -385,12 +385,11 @@ struct PassResult {
 
 // One roughness pass: the moment iteration from two start values, the moment-equilibrium
 // correction and its judgement, repeated while bases change their failure mode.
-PassResult solvePass(int method, const Rotation& rot, Counters at, bool finalPass, double finalStart,
-                     bool anyPassSolved, bool& havePrevious, double& previousSolution) {
+PassResult solvePass(int method, const Rotation& rot, SliceCoefficients& coefficients, Counters at, bool finalPass,
+                     double finalStart, bool anyPassSolved, bool& havePrevious, double& previousSolution) {
     PassResult pass;
     int NUMCHG = 0;
     double SFLAST = 0.0;
-    SliceCoefficients coefficients;
     for (at.ITRCMB = 1;; ++at.ITRCMB) {
         double SFDIVZ = 0.0;
         if (!divisorLimit(method, SFDIVZ)) {
@@ -398,7 +397,6 @@ PassResult solvePass(int method, const Rotation& rot, Counters at, bool finalPas
             return pass;
         }
         const double lowest = std::fmax(SFDIVZ, MASTER.SFTZ);
-        coefficients.take(MASTER.NUMSLC);
 
         at.LOOP2 = 1;
         double start = kFirstStart * lowest;
@@ -476,6 +474,8 @@ PassResult solvePass(int method, const Rotation& rot, Counters at, bool finalPas
         NUMCHG = 0;
         CHKCMB(NUMCHG);
         if (NUMCHG == 0) break;
+        // Bases changed between drained and undrained failure: their coefficients with them.
+        coefficients.take(MASTER.NUMSLC);
     }
     if (pass.end == End::NoRoot) {
         MASTER.SF = kMarkerNoRoot;
@@ -518,6 +518,10 @@ void SLV123() {
     Rotation rot;
     findCentre(rot);
     prepareMoments(rot);
+    // What the slice balance takes from the slices stays the same from pass to pass, as long as
+    // no base changes its failure mode.
+    SliceCoefficients coefficients;
+    coefficients.take(numSlices);
 
     const bool tracePasses = MASTER.JPRINT >= 2;
     if (tracePasses) logLine(" Trace print from SR/SLV123");
@@ -533,7 +537,7 @@ void SLV123() {
     for (at.LOOP1 = 1; at.LOOP1 <= roughPasses; ++at.LOOP1) {
         MASTER.RFACTOR += kRoughStep;
         const PassResult pass =
-            solvePass(method, rot, at, false, 0.0, numPasses > 0, havePrevious, previousSolution);
+            solvePass(method, rot, coefficients, at, false, 0.0, numPasses > 0, havePrevious, previousSolution);
         if (pass.end == End::Error) return;
         if (pass.end == End::GiveUp) break;
         if (tracePasses) {
@@ -564,7 +568,8 @@ void SLV123() {
     // The chosen pass once more; a failure now is an error, there is nothing to fall back on.
     MASTER.RFACTOR = passFactor[chosen];
     at.LOOP1 = roughPasses + 1;
-    const PassResult pass = solvePass(method, rot, at, true, passSF[chosen], false, havePrevious, previousSolution);
+    const PassResult pass =
+        solvePass(method, rot, coefficients, at, true, passSF[chosen], false, havePrevious, previousSolution);
     if (pass.end == End::Error) return;
     if (tracePasses) tracePass(at.LOOP1, pass);
 }
