@@ -209,6 +209,8 @@ void updateSlices(double A, double B, const BasePoints& points) {
     const int numSlices = MASTER.NUMSLC;
     const double q = 1.0 / MASTER.SF;
     const double Pmin = kPminShare * MASTER.E2TOL;
+    // What a slice hands on to the next: E2 and T2 (as E1, T1) and the height of E2 (as H1).
+    double handedE = SURF.E1(1), handedT = SURF.T1(1), handedH = SURF.H1(1);
     for (int i = 1; i <= numSlices; ++i) {
         const BasePoint& at = points.at[i - 1];
         const double P = (A + B * at.w) * SURF.P(i);
@@ -219,7 +221,7 @@ void updateSlices(double A, double B, const BasePoints& points) {
 
         const double sinb = SURF.SINB(i), cosb = SURF.COSB(i);
         const double baseShear = q * SURF.SS(i) + SURF.S(i);
-        const double E1 = SURF.E1(i), T1 = SURF.T1(i);
+        const double E1 = handedE, T1 = handedT, H1 = handedH;
         double E2 = sinb * P + q * SURF.SNX(i) + SURF.WX(i) + E1 - baseShear * cosb;
         const double T2 = q * SURF.SNZ(i) + SURF.WZ(i) + T1 - P * cosb - baseShear * sinb;
         SURF.T2(i) = T2;
@@ -233,12 +235,14 @@ void updateSlices(double A, double B, const BasePoints& points) {
             SURF.E1(i + 1) = E2;
             SURF.T1(i + 1) = T2;
         }
+        handedE = E2;
+        handedT = T2;
 
         // Moment about base corner 3 of every force on the slice but E2 and P.
         const double M = q * SURF.SS(i) * SURF.HS(i) + (SURF.XX(2, i) - SURF.XX(1, i)) * T1 +
                          (SURF.XX(3, i) - SURF.XX(5, i)) * SURF.WZ(i) + q * SURF.SNM(i) + SURF.WM(i) -
                          (SURF.ZZ(3, i) - SURF.ZZ(5, i)) * SURF.WX(i) -
-                         (SURF.ZZ(3, i) - SURF.ZZ(4, i) + SURF.H1(i)) * E1;
+                         (SURF.ZZ(3, i) - SURF.ZZ(4, i) + H1) * E1;
         if (i == numSlices) {
             // At the exit the end force acts at mid-height; the moment places P.
             SURF.H2(i) = 0.5 * faceHeight;
@@ -249,8 +253,10 @@ void updateSlices(double A, double B, const BasePoints& points) {
             // Pmin after it has been handed on, so that its arm stays finite.
             SURF.H3(i) = SURF.H30(i);
             if (std::fabs(E2) < Pmin) E2 = Pmin;
-            SURF.H2(i) = (P * SURF.H30(i) - M) / E2;
-            SURF.H1(i + 1) = SURF.H2(i);
+            const double H2 = (P * SURF.H30(i) - M) / E2;
+            SURF.H2(i) = H2;
+            SURF.H1(i + 1) = H2;
+            handedH = H2;
         }
         SURF.E2(i) = E2;
     }
