@@ -442,6 +442,16 @@ void LOADER(int I) {
     // The external vertical loads join the centre load.
     SURF.WZ(I) += SURF.WZEXT(I);
 
+    // Base normal force at the centroid of the vertical loads, within the middle third (kept
+    // only when the slice's loads are complete; worked out here, where they are known).
+    const bool atLoadCentroid = std::fabs(MASTER.H3(1) + MASTER.H3(2)) <= kH3Zero;
+    double centroidArm = 0.0;
+    if (atLoadCentroid) {
+        if (std::fabs(verticalTotal) < kTiny) verticalTotal = std::copysign(kTiny, verticalTotal);
+        double ratio = std::clamp(momentAbout3 / verticalTotal / width, kRatioLow, kRatioHigh);
+        centroidArm = ratio * width / SURF.COSB(I);
+    }
+
     // Free water standing on the slice top.
     double level = 0.0;
     if (!freeWaterLevel(I, tolerance, level)) return;
@@ -454,10 +464,5 @@ void LOADER(int I) {
     // Water in the crack behind the first slice.
     if (I == 1 && !crackWaterThrust()) return;
 
-    // Base normal force at the centroid of the vertical loads, within the middle third.
-    if (std::fabs(MASTER.H3(1) + MASTER.H3(2)) <= kH3Zero) {
-        if (std::fabs(verticalTotal) < kTiny) verticalTotal = std::copysign(kTiny, verticalTotal);
-        double ratio = std::clamp(momentAbout3 / verticalTotal / width, kRatioLow, kRatioHigh);
-        SURF.H30(I) = ratio * width / SURF.COSB(I);
-    }
+    if (atLoadCentroid) SURF.H30(I) = centroidArm;
 }
