@@ -17,6 +17,8 @@
 
 #pragma once
 
+#include <algorithm>
+
 #include "records.h"
 
 // A base that fails undrained in a combined analysis.
@@ -50,23 +52,33 @@ struct SliceCoefficients {
 
     // Slices 1..n (n within 1..99).
     void take(int n) {
-        for (int i = 1; i <= n; ++i) {
-            const int k = i - 1;
-            undrained[k] = undrainedSliceBase(i);
-            baseResistance[k] = SURF.L34(i) * (undrained[k] ? SURF.SU3(i) : SURF.C3(i)) + SURF.SS(i);
-            baseTan[k] = undrained[k] ? 0.0 : SURF.TAN3(i);
-            faceHeight[k] = SURF.ZZ(3, i) - SURF.ZZ(2, i);
-            sinb[k] = SURF.SINB(i);
-            cosb[k] = SURF.COSB(i);
-            tan2[k] = SURF.TAN2(i);
-            c2[k] = SURF.C2(i);
-            tan3[k] = SURF.TAN3(i);
-            drainedCohesion[k] = SURF.L34(i) * SURF.C3(i);
-            undrainedCohesion[k] = SURF.L34(i) * SURF.SU3(i);
-            wx[k] = SURF.WX(i);
-            wz[k] = SURF.WZ(i);
-            snx[k] = SURF.SNX(i);
-            snz[k] = SURF.SNZ(i);
+        if (n > MAXSLC) n = MAXSLC;
+        const bool combined = MASTER.IDEFTO == 3;
+        const int* mode = ISUR.MODE.data();
+        const double* l34 = SURF.L34.data();
+        const double* su3 = SURF.SU3.data();
+        const double* c3 = SURF.C3.data();
+        const double* ss = SURF.SS.data();
+        const double* tanBase = SURF.TAN3.data();
+        const double* corners = SURF.ZZ.data();  // corner j of slice i at 5 (i - 1) + j - 1
+        for (int k = 0; k < n; ++k) {
+            undrained[k] = combined && mode[k] == 2;
+            baseResistance[k] = l34[k] * (undrained[k] ? su3[k] : c3[k]) + ss[k];
+            baseTan[k] = undrained[k] ? 0.0 : tanBase[k];
+            faceHeight[k] = corners[5 * k + 2] - corners[5 * k + 1];
+            tan3[k] = tanBase[k];
+            drainedCohesion[k] = l34[k] * c3[k];
+            undrainedCohesion[k] = l34[k] * su3[k];
+        }
+        std::copy_n(SURF.SINB.data(), n, sinb);
+        std::copy_n(SURF.COSB.data(), n, cosb);
+        std::copy_n(SURF.TAN2.data(), n, tan2);
+        std::copy_n(SURF.C2.data(), n, c2);
+        std::copy_n(SURF.WX.data(), n, wx);
+        std::copy_n(SURF.WZ.data(), n, wz);
+        std::copy_n(SURF.SNX.data(), n, snx);
+        std::copy_n(SURF.SNZ.data(), n, snz);
+        for (int k = 0; k < n; ++k) {
             cosbTan[k] = cosb[k] * baseTan[k];
             sinbTan[k] = sinb[k] * baseTan[k];
             resistanceCos[k] = baseResistance[k] * cosb[k];
