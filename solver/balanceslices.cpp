@@ -45,16 +45,17 @@ int balanceSlices(const SliceCoefficients& c, double F, const double* roughnessF
         const double R = roughnessFrom[k] * roughnessFactor;
         roughness[k] = R;
         const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
-        const double faceFriction = c.tan2[k] * R * t;  // interslice shear per unit E2
+        const double mobilisedRoughness = R * t;
+        const double faceFriction = c.tan2[k] * mobilisedRoughness;  // interslice shear per unit E2
         const double verticalPerP = c.sinbTan[k] * t + c.cosb[k];
         const double D = faceFriction * horizontalPerP + verticalPerP;
         if (rule == DivisorRule::BelowEps ? D < eps : D <= eps) {
             divisor = D;
             return k + 1;
         }
-        const double horizontalFixed = c.resistanceCos[k] * t - c.wx[k] - c.snx[k] * t;
-        const double verticalFixed = c.wz[k] + c.snz[k] * t - c.resistanceSin[k] * t;
-        const double faceCohesion = c.faceCohesionFull[k] * t * R;  // mobilised face cohesion
+        const double horizontalFixed = c.horizontalPull[k] * t - c.wx[k];
+        const double verticalFixed = c.wz[k] + c.verticalPull[k] * t;
+        const double faceCohesion = c.faceCohesionFull[k] * mobilisedRoughness;  // mobilised face cohesion
         const double perDivisor = 1.0 / D;
         // P = pFixed + pPerE1 E1 + pPerT1 T1, and E2 = eFixed + ePerE1 E1 + ePerT1 T1.
         const double pFixed = (faceFriction * horizontalFixed - faceCohesion + verticalFixed) * perDivisor;

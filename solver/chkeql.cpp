@@ -65,27 +65,31 @@ void CHKEQL() {
     const bool checkMoment = MASTER.METHOD != -1 && MASTER.METHOD != 1;
     for (int i = 1; i <= numSlices; ++i) {
         const double baseShear = q * SURF.SS(i) + SURF.S(i);
-        const double ex = q * SURF.SNX(i) + SURF.SINB(i) * SURF.P(i) + SURF.WX(i) + SURF.E1(i) - SURF.E2(i) -
-                          baseShear * SURF.COSB(i);
+        if (checkHorizontal) {
+            const double ex = q * SURF.SNX(i) + SURF.SINB(i) * SURF.P(i) + SURF.WX(i) + SURF.E1(i) - SURF.E2(i) -
+                              baseShear * SURF.COSB(i);
+            if (std::abs(ex) > tol) {
+                reportSlice(" **** SR/CHKEQL : SUM FRC-X ERROR", i, ex, tol);
+                if (MASTER.IERR > kMaxFailures) return;
+            }
+        }
         const double ez = q * SURF.SNZ(i) + SURF.WZ(i) + SURF.T1(i) - SURF.T2(i) - SURF.COSB(i) * SURF.P(i) -
                           baseShear * SURF.SINB(i);
-        // Moments about base corner 3: the base shear and T2 pass through it.
-        const double em = q * SURF.SNM(i) + q * SURF.SS(i) * SURF.HS(i) + SURF.H2(i) * SURF.E2(i) +
-                          (SURF.XX(2, i) - SURF.XX(1, i)) * SURF.T1(i) + (SURF.XX(3, i) - SURF.XX(5, i)) * SURF.WZ(i) +
-                          SURF.WM(i) - (SURF.ZZ(3, i) - SURF.ZZ(5, i)) * SURF.WX(i) -
-                          (SURF.ZZ(3, i) - SURF.ZZ(4, i) + SURF.H1(i)) * SURF.E1(i) - SURF.P(i) * SURF.H3(i);
-
-        if (checkHorizontal && std::abs(ex) > tol) {
-            reportSlice(" **** SR/CHKEQL : SUM FRC-X ERROR", i, ex, tol);
-            if (MASTER.IERR > kMaxFailures) return;
-        }
         if (std::abs(ez) > tol) {
             reportSlice(" **** SR/CHKEQL : SUM FRC-Z ERROR", i, ez, tol);
             if (MASTER.IERR > kMaxFailures) return;
         }
-        if (checkMoment && std::abs(em) > tolM) {
-            reportSlice(" **** SR/CHKEQL : SUM MOMENTS ERROR", i, em, tolM);
-            if (MASTER.IERR > kMaxFailures) return;
+        if (checkMoment) {
+            // Moments about base corner 3: the base shear and T2 pass through it.
+            const double em = q * SURF.SNM(i) + q * SURF.SS(i) * SURF.HS(i) + SURF.H2(i) * SURF.E2(i) +
+                              (SURF.XX(2, i) - SURF.XX(1, i)) * SURF.T1(i) +
+                              (SURF.XX(3, i) - SURF.XX(5, i)) * SURF.WZ(i) + SURF.WM(i) -
+                              (SURF.ZZ(3, i) - SURF.ZZ(5, i)) * SURF.WX(i) -
+                              (SURF.ZZ(3, i) - SURF.ZZ(4, i) + SURF.H1(i)) * SURF.E1(i) - SURF.P(i) * SURF.H3(i);
+            if (std::abs(em) > tolM) {
+                reportSlice(" **** SR/CHKEQL : SUM MOMENTS ERROR", i, em, tolM);
+                if (MASTER.IERR > kMaxFailures) return;
+            }
         }
         const bool undrainedBase = MASTER.IDEFTO == 3 && ISUR.MODE(i) != 1;
         const double expected = undrainedBase ? SURF.L34(i) * SURF.SU3(i) / MASTER.SF

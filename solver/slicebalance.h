@@ -46,8 +46,8 @@ struct SliceCoefficients {
     // Products of the above that every trial factor multiplies alike.
     double cosbTan[MAXSLC];           // cosb baseTan
     double sinbTan[MAXSLC];           // sinb baseTan
-    double resistanceCos[MAXSLC];     // baseResistance cosb
-    double resistanceSin[MAXSLC];     // baseResistance sinb
+    double horizontalPull[MAXSLC];    // baseResistance cosb - snx (per unit 1/F)
+    double verticalPull[MAXSLC];      // snz - baseResistance sinb (per unit 1/F)
     double faceCohesionFull[MAXSLC];  // c2 h
 
     // Slices 1..n (n within 1..99).
@@ -81,8 +81,8 @@ struct SliceCoefficients {
         for (int k = 0; k < n; ++k) {
             cosbTan[k] = cosb[k] * baseTan[k];
             sinbTan[k] = sinb[k] * baseTan[k];
-            resistanceCos[k] = baseResistance[k] * cosb[k];
-            resistanceSin[k] = baseResistance[k] * sinb[k];
+            horizontalPull[k] = baseResistance[k] * cosb[k] - snx[k];
+            verticalPull[k] = snz[k] - baseResistance[k] * sinb[k];
             faceCohesionFull[k] = c2[k] * faceHeight[k];
         }
     }
