@@ -9,11 +9,11 @@
 //                                                   V0 = WZ + SNZ t - (c3 L34 + SS) sinb t
 //   face 2:      T2 = R t (tan2 E2 + c2 h)
 // Eliminating E2 and T2 gives P = (R tan2 t (H0 - E1) - R c2 h t + V0 + T1) / D, with the
-// divisor D = R tan2 t hP + sinb tan3 t + cosb. So P, and with it E2, is an affine function of
-// the forces E1, T1 handed over from the left. Its coefficients do not depend on the
-// neighbours, so what is handed on from slice to slice is a short chain of products and sums
-// instead of the whole balance with its two divisions per slice, and the coefficients of the
-// next slices are formed while the chain runs.
+// divisor D = R tan2 t hP + sinb tan3 t + cosb. So P and E2 are affine functions of the forces
+// E1, T1 handed over from the left, and T2 follows from E2. Their coefficients do not depend
+// on the neighbours, so what is handed on from slice to slice is a short chain of products
+// and sums instead of the whole balance with its divisions, and the coefficients of the next
+// slices are formed while the chain runs.
 //
 // Reads:  the coefficients; SURF E1(1), T1(1), the roughness to start from; MASTER.NUMSLC, EPS
 // Writes: SURF R of the slices reached; P, S1, S2, S, E2, T2 of the slices balanced; E1, T1 of
