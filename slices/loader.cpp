@@ -6,9 +6,10 @@
 // the soil weight with its mean unit weight over the slice (one material; exact integration
 // over horizontal layers; otherwise a grid of cells located one by one), the vertical and
 // horizontal load factors on the weight, the uniform surface load, the soil between the
-// straight slice top and a broken ground surface, the pore water forces of PWP, the point
-// loads, the strip loads, free water standing on the slice top and, for slice 1, the water
-// thrust in the crack behind it. Also measures the undrained part of the slice area and, when
+// straight slice top and the ground where the ground breaks over the slice (the breaks of the
+// soil surface are found once for as long as its points stay the same), the pore water forces
+// of PWP, the point loads, the strip loads, free water standing on the slice top and, for
+// slice 1, the water thrust in the crack behind it. Also measures the undrained part of the slice area and, when
 // the control data H3(1) and H3(2) are both zero, places the base normal force at the centroid
 // of the vertical loads.
 //
