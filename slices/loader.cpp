@@ -9,9 +9,9 @@
 // straight slice top and the ground where the ground breaks over the slice (the breaks of the
 // soil surface are found once for as long as its points stay the same), the pore water forces
 // of PWP, the point loads, the strip loads, free water standing on the slice top and, for
-// slice 1, the water thrust in the crack behind it. Also measures the undrained part of the slice area and, when
-// the control data H3(1) and H3(2) are both zero, places the base normal force at the centroid
-// of the vertical loads.
+// slice 1, the water thrust in the crack behind it. Also measures the undrained part of the
+// slice area and, when the control data H3(1) and H3(2) are both zero, places the base normal
+// force at the centroid of the vertical loads.
 //
 // Moments follow one sense throughout: a vertical load V at x adds V * (XX(5,I) - x), a
 // horizontal load H at depth z adds (z - ZZ(5,I)) * H.
