@@ -7,7 +7,7 @@
 //
 // Why the stored values are right: they are the results of the code as it stood before the
 // speed work on the slice geometry, the table look-ups, the load builder and the solver loops
-// (a refactoring that must not change any result). That code's safety factors are checked
+// (work that must change no result beyond the rounding of its sums). That code's safety factors are checked
 // against independent values by the other tests (hand calculations of slices, closed forms of
 // infinite slopes and circles, golden whole runs); this test pins every other number the
 // solver leaves, so that a faster routine that gives a different result anywhere fails here.
