@@ -163,9 +163,6 @@ bool sliceMaterialAt(int I, int known, double x, double z, int& m) {
     return materialAt(I, x, z, m);
 }
 
-// Drained strengths of slice I and its pore pressures. The base uses signed properties with
-// the strength factors applied per point; face 2 uses magnitudes with the factors applied to
-// the mean.
 // The base and face-2 strengths of a slice of one material m with a plain drained strength: a
 // cohesion that refers to no profile and not both strength parameters zero. The sums are those
 // of the eight strength points one by one, every point giving the same values. False when the
@@ -179,7 +176,7 @@ bool plainDrainedStrengths(int m, int& IREJ, double& sumCohesion, double& sumFri
     const double cohesion = MASTER.FCTSUC * materialCohesion;
     const double friction = MASTER.FCTTAN * materialFriction;
     if (cohesion < 0.0 || materialCohesion < 0.0) return false;
-    if (cohesion < -eps || friction < -eps) {
+    if (friction < -eps) {
         IREJ = 1;
         return true;
     }
@@ -196,6 +193,9 @@ bool plainDrainedStrengths(int m, int& IREJ, double& sumCohesion, double& sumFri
     return true;
 }
 
+// Drained strengths of slice I and its pore pressures. The base uses signed properties with
+// the strength factors applied per point; face 2 uses magnitudes with the factors applied to
+// the mean.
 void drainedSlice(int I, int& IREJ) {
     const double eps = MASTER.EPS;
     double sumCohesion = 0.0;

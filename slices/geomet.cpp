@@ -153,11 +153,14 @@ int liftOutOfRock(Section& s, bool& lifted) {
     // shear surface can lie in rock; a rock table with an error is looked up all the same, so
     // that the error is reported.
     if (s.rock.code == 0 && s.rock.n >= 1) {
+        bool clear = true;
         double shallowestRock = s.rock.y[0];
-        for (int j = 1; j < s.rock.n; ++j) shallowestRock = std::fmin(shallowestRock, s.rock.y[j]);
+        for (int j = 0; j < s.rock.n && clear; ++j) {
+            clear = std::isfinite(s.rock.y[j]);
+            shallowestRock = std::fmin(shallowestRock, s.rock.y[j]);
+        }
         const double inRockFrom = shallowestRock + kRockMargin;
-        bool clear = std::isfinite(inRockFrom);
-        for (int j = 0; j < s.rock.n && clear; ++j) clear = std::isfinite(s.rock.y[j]);
+        clear = clear && std::isfinite(inRockFrom);
         for (int i = 1; i <= s.npt && clear; ++i) clear = inRockFrom > s.zs(i);
         if (clear) return 0;
     }

@@ -52,11 +52,6 @@ int gNonHorizontalWarnings = 0;  // non-horizontal water tables reported so far 
 int soilSurfacePoints() { return std::clamp(IGEOMS.NX + 1, 0, MAXCOL); }
 int waterTablePoints() { return std::clamp(IWATER.NUMXPW, 0, MAXPWX); }
 
-// The soil surface, checked once for all the depths one slice asks of it.
-BrokenLine soilSurface() {
-    return checkedBrokenLine(soilSurfacePoints(), 1, GEOMSH.XSURF.data(), GEOMSH.ZSURF.data());
-}
-
 // Depth of the soil surface at x; false after an error (IERR = 100 + code).
 bool soilSurfaceAt(const BrokenLine& ground, double x, double& z) {
     int ierr = 0;
@@ -197,6 +192,9 @@ struct CheckedGround {
     int code = 0;
     bool isBreak[MAXCOL];
 
+    // The checked soil surface for its look-ups (its points are the present ones after refresh).
+    BrokenLine line() const { return BrokenLine{n, 1, x, z, code, 0}; }
+
     void refresh() {
         const int points = soilSurfacePoints();
         const size_t bytes = static_cast<size_t>(points) * sizeof(double);
@@ -234,8 +232,7 @@ bool soilAboveTop(int I, double gamma, double tolerance) {
     double x1 = SURF.XX(1, I);
     double x2 = SURF.XX(2, I);
     if (!groundBreaksWithin(x1, x2)) return true;
-    const BrokenLine ground = soilSurface();
-
+    const BrokenLine ground = gGround.line();
     const BrokenLine water = waterTable();
     double width = x2 - x1;
     double columnWidth = width / 10.0;

@@ -31,24 +31,20 @@ struct SliceCoefficients {
     double sinb[MAXSLC];
     double cosb[MAXSLC];
     double baseResistance[MAXSLC];  // L34 c3 (L34 su3 on an undrained base) + SS
-    double baseTan[MAXSLC];         // tan3 (0 on an undrained base)
-    double faceHeight[MAXSLC];      // height of face 2, ZZ(3) - ZZ(2)
     double tan2[MAXSLC];
-    double c2[MAXSLC];
     double tan3[MAXSLC];
     double drainedCohesion[MAXSLC];    // L34 c3
     double undrainedCohesion[MAXSLC];  // L34 su3
     double wx[MAXSLC];
     double wz[MAXSLC];
-    double snx[MAXSLC];
     double snz[MAXSLC];
     bool undrained[MAXSLC];
-    // Products of the above that every trial factor multiplies alike.
+    // Products that every trial factor multiplies alike (baseTan: tan3, 0 on an undrained base).
     double cosbTan[MAXSLC];           // cosb baseTan
     double sinbTan[MAXSLC];           // sinb baseTan
-    double horizontalPull[MAXSLC];    // baseResistance cosb - snx (per unit 1/F)
+    double horizontalPull[MAXSLC];    // baseResistance cosb - SNX (per unit 1/F)
     double verticalPull[MAXSLC];      // snz - baseResistance sinb (per unit 1/F)
-    double faceCohesionFull[MAXSLC];  // c2 h
+    double faceCohesionFull[MAXSLC];  // c2 h, h the height of face 2, ZZ(3) - ZZ(2)
 
     // Slices 1..n (n within 1..99).
     void take(int n) {
@@ -60,30 +56,28 @@ struct SliceCoefficients {
         const double* c3 = SURF.C3.data();
         const double* ss = SURF.SS.data();
         const double* tanBase = SURF.TAN3.data();
+        const double* c2 = SURF.C2.data();
+        const double* snx = SURF.SNX.data();
         const double* corners = SURF.ZZ.data();  // corner j of slice i at 5 (i - 1) + j - 1
-        for (int k = 0; k < n; ++k) {
-            undrained[k] = combined && mode[k] == 2;
-            baseResistance[k] = l34[k] * (undrained[k] ? su3[k] : c3[k]) + ss[k];
-            baseTan[k] = undrained[k] ? 0.0 : tanBase[k];
-            faceHeight[k] = corners[5 * k + 2] - corners[5 * k + 1];
-            tan3[k] = tanBase[k];
-            drainedCohesion[k] = l34[k] * c3[k];
-            undrainedCohesion[k] = l34[k] * su3[k];
-        }
         std::copy_n(SURF.SINB.data(), n, sinb);
         std::copy_n(SURF.COSB.data(), n, cosb);
         std::copy_n(SURF.TAN2.data(), n, tan2);
-        std::copy_n(SURF.C2.data(), n, c2);
+        std::copy_n(tanBase, n, tan3);
         std::copy_n(SURF.WX.data(), n, wx);
         std::copy_n(SURF.WZ.data(), n, wz);
-        std::copy_n(SURF.SNX.data(), n, snx);
         std::copy_n(SURF.SNZ.data(), n, snz);
         for (int k = 0; k < n; ++k) {
-            cosbTan[k] = cosb[k] * baseTan[k];
-            sinbTan[k] = sinb[k] * baseTan[k];
+            undrained[k] = combined && mode[k] == 2;
+            baseResistance[k] = l34[k] * (undrained[k] ? su3[k] : c3[k]) + ss[k];
+            drainedCohesion[k] = l34[k] * c3[k];
+            undrainedCohesion[k] = l34[k] * su3[k];
+            const double baseTan = undrained[k] ? 0.0 : tanBase[k];
+            const double faceHeight = corners[5 * k + 2] - corners[5 * k + 1];
+            cosbTan[k] = cosb[k] * baseTan;
+            sinbTan[k] = sinb[k] * baseTan;
             horizontalPull[k] = baseResistance[k] * cosb[k] - snx[k];
             verticalPull[k] = snz[k] - baseResistance[k] * sinb[k];
-            faceCohesionFull[k] = c2[k] * faceHeight[k];
+            faceCohesionFull[k] = c2[k] * faceHeight;
         }
     }
 };
