@@ -27,6 +27,12 @@ struct BrokenLine {
     mutable int lastFound;  // the point found by the last look-up (0: none yet), where the next one looks first
 };
 BrokenLine checkedBrokenLine(int n, int direction, const double* x, const double* y);
+// The slope of the segment from point k - 1 to point k (index from 0), and the value on it at
+// xq: what interpolate gives between the two points.
+inline double brokenLineSlope(const double* x, const double* y, int k) { return (y[k] - y[k - 1]) / (x[k] - x[k - 1]); }
+inline double brokenLineValue(const double* x, const double* y, int k, double slope, double xq) {
+    return y[k - 1] + slope * (xq - x[k - 1]);
+}
 void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr);
 void INTPRF(int nprof, const double* xprof, const int* npoints, int ld, const double* zlev, const double* values,
             double xq, double zq, double& result, int& ierr);

@@ -113,7 +113,7 @@ void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr) {
         yq = y[k];
         return;
     }
-    yq = y[k - 1] + (y[k] - y[k - 1]) / (x[k] - x[k - 1]) * (xq - x[k - 1]);
+    yq = brokenLineValue(x, y, k, brokenLineSlope(x, y, k), xq);
 }
 
 void INTPOL(int n, int direction, const double* x, const double* y, double xq, double& yq, int& ierr) {

@@ -44,7 +44,6 @@ constexpr double kWaterTolerance = 0.05f;
 constexpr double kH3Zero = 0.001f;
 constexpr double kRatioLow = 0.333f;
 constexpr double kRatioHigh = 0.667f;
-constexpr double kSameSlope = 1.0E-9;  // slopes this close make no break of the ground
 constexpr int kWarningsReported = 10;
 
 int gNonHorizontalWarnings = 0;  // non-horizontal water tables reported so far in this run
@@ -171,26 +170,15 @@ bool meanUnitWeight(int I, double& gamma) {
     return true;
 }
 
-// Whether point k (within 2..n - 1) of a soil surface whose abscissas increase is a real break
-// of the ground: the slopes on its two sides differ. Mesh x-lines put points on straight
-// ground too; there the ground and the straight slice top coincide and no soil lies between
-// them.
-bool realGroundBreak(const double* x, const double* z, int k) {
-    const double leftSlope = (z[k - 1] - z[k - 2]) / (x[k - 1] - x[k - 2]);
-    const double rightSlope = (z[k] - z[k - 1]) / (x[k] - x[k - 1]);
-    return !(std::fabs(rightSlope - leftSlope) <= kSameSlope * (1.0 + std::fabs(leftSlope) + std::fabs(rightSlope)));
-}
-
-// The soil surface as it was checked last: its points, the error code of its table and, when
-// its abscissas increase, which of its points are real breaks (the first and the last point
-// count as breaks, the ground being held level beyond them). Every slice of every surface asks
-// the same soil surface, so it is checked again only when its points have changed.
+// The soil surface as it was checked last: its points, the error code of its table and the
+// slopes of its segments. Every slice of every surface asks the same soil surface, so it is
+// checked again only when its points have changed.
 struct CheckedGround {
     int n = -1;
     double x[MAXCOL];
     double z[MAXCOL];
+    double slope[MAXCOL];  // of the segment ending at point k (index k, from 1)
     int code = 0;
-    bool isBreak[MAXCOL];
 
     // The checked soil surface for its look-ups (its points are the present ones after refresh).
     BrokenLine line() const { return BrokenLine{n, 1, x, z, code, 0}; }
@@ -205,48 +193,86 @@ struct CheckedGround {
         std::memcpy(x, GEOMSH.XSURF.data(), bytes);
         std::memcpy(z, GEOMSH.ZSURF.data(), bytes);
         code = checkedBrokenLine(n, 1, x, z).code;
-        for (int k = 1; k <= n; ++k) isBreak[k - 1] = code == 0 && (k == 1 || k == n || realGroundBreak(x, z, k));
+        if (code == 0)
+            for (int k = 1; k < n; ++k) slope[k] = brokenLineSlope(x, z, k);
+    }
+
+    // Depth of the soil surface at xq, as interpolate gives it. The search walks right from the
+    // point segment (where the last look-up ended, or any point to start from; from the
+    // start when the point before it does not lie left of xq) and leaves the point found
+    // there. Only for a table whose abscissas increase, of two points or more.
+    double at(double xq, int& segment) const {
+        if (xq <= x[0]) return z[0];
+        if (xq >= x[n - 1]) return z[n - 1];
+        int k = segment < 1 ? 1 : segment;
+        if (!(x[k - 1] - xq < 0.0)) k = 1;  // asked left of where the walk stands
+        while (x[k] - xq < 0.0) ++k;
+        segment = k;
+        return x[k] == xq ? z[k] : brokenLineValue(x, z, k, slope[k], xq);
     }
 };
 CheckedGround gGround;
 
-// Whether the ground breaks over x1..x2 (ends included): a real break of the soil surface lies
-// there. A soil surface whose abscissas do not increase counts as broken wherever it has a
-// point over the slice, so that the look-up in it reports its error.
-bool groundBreaksWithin(double x1, double x2) {
+// Whether the soil surface has a point over x1..x2 (ends included): there the ground may break
+// and the soil between it and the straight slice top is weighed.
+// firstWithin: that point (index from 0) of a soil surface whose abscissas increase.
+bool groundPointWithin(double x1, double x2, int& firstWithin) {
     gGround.refresh();
     const int n = gGround.n;
+    firstWithin = 0;
     if (gGround.code != 0) {
         for (int k = 0; k < n; ++k)
             if (gGround.x[k] >= x1 && gGround.x[k] <= x2) return true;
         return false;
     }
-    for (int k = static_cast<int>(std::lower_bound(gGround.x, gGround.x + n, x1) - gGround.x); k < n && gGround.x[k] <= x2; ++k)
-        if (gGround.isBreak[k]) return true;
-    return false;
+    firstWithin = static_cast<int>(std::lower_bound(gGround.x, gGround.x + n, x1) - gGround.x);
+    return firstWithin < n && gGround.x[firstWithin] <= x2;
 }
 
 // Weight of the soil between the straight slice top and a broken ground surface above or
-// below it, by ten columns.
+// below it, by ten columns. Where the ground point over the slice is no real break the ground
+// and the chord coincide, up to the rounding of the two, and the columns add nothing else.
 bool soilAboveTop(int I, double gamma, double tolerance) {
     double x1 = SURF.XX(1, I);
     double x2 = SURF.XX(2, I);
-    if (!groundBreaksWithin(x1, x2)) return true;
+    // Every column lies beyond the first ground point within the slice's left border: the
+    // walk along the ground starts there.
+    int groundSegment = 0;
+    if (!groundPointWithin(x1, x2, groundSegment)) return true;
     const BrokenLine ground = gGround.line();
+    const bool walkGround = gGround.code == 0 && gGround.n >= 2;
     const BrokenLine water = waterTable();
+    const bool waterLevel = waterTablePoints() == 0;
     double width = x2 - x1;
     double columnWidth = width / 10.0;
     double gamw = WATER1.GAMWAT;
+    const double zLeft = SURF.ZZ(1, I);
+    const double rise = SURF.ZZ(2, I) - zLeft;
+    const double xLoad = SURF.XX(5, I);
+    const double zLoad = SURF.ZZ(5, I);
+    const double verticalFactor = LOAD.LDAT(2);
+    const double horizontalFactor = LOAD.LDAT(3);
+    // The loads of the slice, summed in registers in the order of the columns.
+    double WZ = SURF.WZ(I);
+    double WX = SURF.WX(I);
+    double WM = SURF.WM(I);
+    bool ok = true;
     for (int j = 1; j <= 10; ++j) {
         double x = x1 + (j - 0.5) * columnWidth;
-        double zChord = SURF.ZZ(1, I) + (SURF.ZZ(2, I) - SURF.ZZ(1, I)) * (x - x1) / width;
+        double zChord = zLeft + rise * (x - x1) / width;
         double zGround = 0.0;
-        if (!soilSurfaceAt(ground, x, zGround)) return false;
+        if (walkGround) {
+            zGround = gGround.at(x, groundSegment);
+        } else if (!soilSurfaceAt(ground, x, zGround)) {
+            ok = false;
+            break;
+        }
         int ierr = 0;
-        double zWater = waterLevelAt(water, x, ierr);
+        double zWater = waterLevel ? WATER1.ZWATER : waterLevelAt(water, x, ierr);
         if (ierr != 0) {
             MASTER.IERR = ierr + 100;
-            return false;
+            ok = false;
+            break;
         }
         double thickness = zChord - zGround;  // soil above the chord when positive
         double unitWeight = gamma;
@@ -261,13 +287,16 @@ bool soilAboveTop(int I, double gamma, double tolerance) {
         }
         double weight = thickness * columnWidth * unitWeight;
         double midDepth = (zChord + zGround) / 2.0;
-        double weightZ = weight * LOAD.LDAT(2);
-        double weightX = weight * LOAD.LDAT(3);
-        SURF.WZ(I) += weightZ;
-        SURF.WX(I) += weightX;
-        SURF.WM(I) += (SURF.XX(5, I) - x) * weightZ - (SURF.ZZ(5, I) - midDepth) * weightX;
+        double weightZ = weight * verticalFactor;
+        double weightX = weight * horizontalFactor;
+        WZ += weightZ;
+        WX += weightX;
+        WM += (xLoad - x) * weightZ - (zLoad - midDepth) * weightX;
     }
-    return true;
+    SURF.WZ(I) = WZ;
+    SURF.WX(I) = WX;
+    SURF.WM(I) = WM;
+    return ok;
 }
 
 // Water level for the free water on the slice top.

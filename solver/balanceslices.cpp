@@ -1,86 +1,209 @@
 // solver/balanceslices.cpp
 //
-// balanceSlices — the forces of a row of slices at a trial safety factor, from the entry on.
+// balanceSlices — the forces of a row of slices at a trial safety factor, slice after slice
+// from the entry on, each slice solved from what its left neighbour hands over.
 //
-// The balance of slice i at the factor F (reciprocal t = 1/F) and face-2 roughness R:
-//   horizontal:  P hP - (E2 - E1) = H0,             hP = sinb - cosb tan3 t
-//                                                   H0 = (c3 L34 + SS) cosb t - WX - SNX t
-//   vertical:    P (sinb tan3 t + cosb) + T2 = V0 + T1,
-//                                                   V0 = WZ + SNZ t - (c3 L34 + SS) sinb t
-//   face 2:      T2 = R t (tan2 E2 + c2 h)
-// Eliminating E2 and T2 gives P = (R tan2 t (H0 - E1) - R c2 h t + V0 + T1) / D, with the
-// divisor D = R tan2 t hP + sinb tan3 t + cosb. So P and E2 are affine functions of the forces
-// E1, T1 handed over from the left, and T2 follows from E2. Their coefficients do not depend
-// on the neighbours, so what is handed on from slice to slice is a short chain of products
-// and sums instead of the whole balance with its divisions, and the coefficients of the next
-// slices are formed while the chain runs.
+// The balance of slice i at the factor F (t = 1/F) and face-2 roughness R:
+//   hP = sinb - cosb tan3 t                       horizontal share of the base forces per unit P
+//   H  = (c3 L34 + SS) cosb t - E1 - WX - SNX t   horizontal forces other than P and E2
+//   V  = WZ + T1 + SNZ t - (c3 L34 + SS) sinb t   vertical forces other than P and T2
+//   D  = tan2 R t hP + sinb tan3 t + cosb         divisor of P
+//   P  = (R (tan2 H / F - c2 h t) + V) / D,   E2 = P hP - H,   T2 = (tan2 E2 + c2 h) R / F
+// in exactly this order of operations: the force-equilibrium results are those this sweep has
+// always given, to the last binary digit.
+//
+// Without interslice shear (R = 0 on every slice, the first solution of every surface) the term
+// R (...) vanishes and T2 is zero, so P follows from the slice's own loads alone and only the
+// horizontal forces pass from slice to slice. The sweep then forms every P first and runs the
+// short chain of the horizontal forces after; it gives the same numbers as the slice-by-slice
+// order, and falls back on that order wherever the two could differ: a vertical load V of
+// exactly zero (the sign of the zero), or a term that is not finite.
 //
 // Reads:  the coefficients; SURF E1(1), T1(1), the roughness to start from; MASTER.NUMSLC, EPS
 // Writes: SURF R of the slices reached; P, S1, S2, S, E2, T2 of the slices balanced; E1, T1 of
 //         the slice after each (within NUMSLC)
 // IERR:   none (a divisor that fails the rule is returned to the caller)
 
+#include <bit>
+#include <cmath>
+#include <cstdint>
+
 #include "solver/slicebalance.h"
+#include "solver/slicepair.h"
+
+namespace {
+
+bool positiveZero(double value) { return value == 0.0 && !std::signbit(value); }
+
+bool failsRule(DivisorRule rule, double D, double eps) { return rule == DivisorRule::BelowEps ? D < eps : D <= eps; }
+
+// The divisor of P of slice k (index from 0) at roughness R.
+double divisorOfP(const SliceCoefficients& c, int k, double R, double t) {
+    const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
+    return c.tan2[k] * R * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
+}
+
+// Writes the base forces of slice k (index from 0) from its normal force P.
+void writeBase(const SliceCoefficients& c, int k, double F, double P) {
+    const double S1 = (c.tan3[k] * P + c.drainedCohesion[k]) / F;
+    const double S2 = c.undrainedCohesion[k] / F;
+    SURF.P.data()[k] = P;
+    SURF.S1.data()[k] = S1;
+    SURF.S2.data()[k] = S2;
+    SURF.S.data()[k] = c.undrained[k] ? S2 : S1;
+}
+
+// Slices 1..n one after another at the roughness R[k]. Returns 0 or the failing slice.
+int sliceBySlice(const SliceCoefficients& c, double F, const double* R, int n, DivisorRule rule, double& divisor) {
+    const double t = 1.0 / F;
+    const double eps = MASTER.EPS;
+    double* entryForce = SURF.E1.data();
+    double* entryShear = SURF.T1.data();
+    for (int k = 0; k < n; ++k) {
+        SURF.R.data()[k] = R[k];
+        const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
+        const double horizontalFixed = c.baseCosb[k] * t - entryForce[k] - c.wx[k] - c.snx[k] * t;
+        const double faceCohesion = c.faceCohesionFull[k] * t;
+        const double verticalFixed = c.wz[k] + entryShear[k] + c.snz[k] * t - c.baseSinb[k] * t;
+        const double D = c.tan2[k] * R[k] * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
+        if (failsRule(rule, D, eps)) {
+            divisor = D;
+            return k + 1;
+        }
+        const double P = (R[k] * (c.tan2[k] * horizontalFixed / F - faceCohesion) + verticalFixed) / D;
+        const double E2 = P * horizontalPerP - horizontalFixed;
+        const double T2 = (c.tan2[k] * E2 + c.faceCohesionFull[k]) * R[k] / F;
+        writeBase(c, k, F, P);
+        SURF.E2.data()[k] = E2;
+        SURF.T2.data()[k] = T2;
+        if (k + 1 < MASTER.NUMSLC) {
+            entryForce[k + 1] = E2;
+            entryShear[k + 1] = T2;
+        }
+    }
+    return 0;
+}
+
+// Slices 1..n without interslice shear (every R[k] zero): the normal forces first, then the
+// chain of the horizontal forces. Returns false, having written nothing but possibly the base
+// forces, where the slice-by-slice order could give other numbers; else sets result to 0 or
+// the failing slice.
+//
+// Where a term is zero, or its sign alone matters, a product with t = 1/F gives to the bit
+// what the division by F gives, as long as t is finite; so do a zero undrained cohesion's
+// S2 and the vanishing T2 = (tan2 E2 + c2 h) 0 / F. What R multiplies in P only has to be
+// finite, which bounds on its parts make sure of.
+bool withoutInterslice(const SliceCoefficients& c, double F, const double* R, int n, DivisorRule rule, double& divisor,
+                       int& result) {
+    constexpr double kSafeMagnitude = 0x1p500;  // two such numbers divide to a finite one
+    double divisors[MAXSLC];
+    const double t = 1.0 / F;
+    if (!(std::fabs(t) <= kSafeMagnitude)) return false;
+    const double eps = MASTER.EPS;
+    int balanced = n;
+    result = 0;
+    for (int k = 0; k < n; ++k) {
+        const double D = divisorOfP(c, k, R[k], t);
+        if (failsRule(rule, D, eps)) {
+            balanced = k;
+            result = k + 1;
+            divisor = D;
+            break;
+        }
+        divisors[k] = D;
+    }
+    if (balanced == 0) {
+        SURF.R(1) = R[0];
+        return true;
+    }
+
+    // P = V / D on every slice balanced, two at a time. T1 is the shear handed over at the
+    // entry on slice 1 and a zero on every later one; its sign cannot matter unless V itself
+    // comes out zero.
+    double* normalForce = SURF.P.data();
+    double* drainedShear = SURF.S1.data();
+    double* undrainedShear = SURF.S2.data();
+    double* baseShear = SURF.S.data();
+    const bool cohesionByProduct = c.noUndrainedCohesion;
+    bool vanishingLoad = false;
+    const auto baseForces = [&](int k) {
+        const double entryShear = k == 0 ? SURF.T1(1) : 0.0;
+        const double verticalFixed = c.wz[k] + entryShear + c.snz[k] * t - c.baseSinb[k] * t;
+        vanishingLoad = vanishingLoad || verticalFixed == 0.0;
+        const double P = verticalFixed / divisors[k];
+        normalForce[k] = P;
+        drainedShear[k] = (c.tan3[k] * P + c.drainedCohesion[k]) / F;
+        undrainedShear[k] = cohesionByProduct ? c.undrainedCohesion[k] * t : c.undrainedCohesion[k] / F;
+    };
+    baseForces(0);
+    const SlicePair factor = pairOf(F);
+    const SlicePair reciprocal = pairOf(t);
+    const SlicePair none = pairOf(0.0);
+    int k = 1;
+    for (; k + 1 < balanced; k += 2) {
+        const SlicePair verticalFixed = pairAt(c.wz, k) + none + pairAt(c.snz, k) * reciprocal - pairAt(c.baseSinb, k) * reciprocal;
+        vanishingLoad = vanishingLoad || verticalFixed[0] == 0.0 || verticalFixed[1] == 0.0;
+        const SlicePair P = verticalFixed / pairAt(divisors, k);
+        storePair(normalForce, k, P);
+        storePair(drainedShear, k, (pairAt(c.tan3, k) * P + pairAt(c.drainedCohesion, k)) / factor);
+        const SlicePair cohesion = pairAt(c.undrainedCohesion, k);
+        storePair(undrainedShear, k, cohesionByProduct ? cohesion * reciprocal : cohesion / factor);
+    }
+    for (; k < balanced; ++k) baseForces(k);
+    if (vanishingLoad) return false;
+    for (k = 0; k < balanced; ++k) baseShear[k] = c.undrained[k] ? undrainedShear[k] : drainedShear[k];
+
+    double* exitForce = SURF.E2.data();
+    double* exitShear = SURF.T2.data();
+    double* entryForce = SURF.E1.data();
+    double* entryShear = SURF.T1.data();
+    double E1 = entryForce[0];
+    bool exact = true;
+    for (int k = 0; k < balanced; ++k) {
+        const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
+        // Subtracting a positive zero leaves any number as it is: a slice without horizontal
+        // load or nail hands on its forces through two operations fewer.
+        double horizontalFixed = c.baseCosb[k] * t - E1;
+        const double horizontalLoad = c.wx[k];
+        if (!positiveZero(horizontalLoad)) horizontalFixed -= horizontalLoad;
+        const double nailPull = c.snx[k] * t;
+        if (!positiveZero(nailPull)) horizontalFixed -= nailPull;
+        const double E2 = normalForce[k] * horizontalPerP - horizontalFixed;
+        const double T2 = (c.tan2[k] * E2 + c.faceCohesionFull[k]) * R[k] * t;
+        exact = exact && std::fabs(c.tan2[k] * horizontalFixed) <= kSafeMagnitude &&
+                std::fabs(c.faceCohesionFull[k] * t) <= kSafeMagnitude && T2 == 0.0;
+        exitForce[k] = E2;
+        exitShear[k] = T2;
+        if (k + 1 < MASTER.NUMSLC) {
+            entryForce[k + 1] = E2;
+            entryShear[k + 1] = T2;
+        }
+        E1 = E2;
+    }
+    if (!exact) return false;
+    for (int k = 0; k <= balanced && k < n; ++k) SURF.R.data()[k] = R[k];
+    return true;
+}
+
+}  // namespace
 
 int balanceSlices(const SliceCoefficients& c, double F, const double* roughnessFrom, double roughnessFactor,
                   DivisorRule rule, double& divisor) {
     int numSlices = MASTER.NUMSLC;
     if (numSlices > MAXSLC) numSlices = MAXSLC;
-    const double t = 1.0 / F;
-    const double eps = MASTER.EPS;
-    // The columns of slice 1 on: slice i at index i - 1.
-    double* roughness = SURF.R.data();
-    double* normalForce = SURF.P.data();
-    double* exitForce = SURF.E2.data();
-    double* exitShear = SURF.T2.data();
-    double* entryForce = SURF.E1.data();
-    double* entryShear = SURF.T1.data();
-    double* drainedShear = SURF.S1.data();
-    double* undrainedShear = SURF.S2.data();
-    double* baseShear = SURF.S.data();
-
-    double E1 = entryForce[0];
-    double T1 = entryShear[0];
+    // The roughness of every slice, taken before any is written (roughnessFrom may be SURF.R).
+    double R[MAXSLC];
+    bool noInterslice = true;
     for (int k = 0; k < numSlices; ++k) {
-        const double R = roughnessFrom[k] * roughnessFactor;
-        roughness[k] = R;
-        const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
-        const double mobilisedRoughness = R * t;
-        const double faceFriction = c.tan2[k] * mobilisedRoughness;  // interslice shear per unit E2
-        const double verticalPerP = c.sinbTan[k] * t + c.cosb[k];
-        const double D = faceFriction * horizontalPerP + verticalPerP;
-        if (rule == DivisorRule::BelowEps ? D < eps : D <= eps) {
-            divisor = D;
-            return k + 1;
-        }
-        const double horizontalFixed = c.horizontalPull[k] * t - c.wx[k];
-        const double verticalFixed = c.wz[k] + c.verticalPull[k] * t;
-        const double faceCohesion = c.faceCohesionFull[k] * mobilisedRoughness;  // mobilised face cohesion
-        const double perDivisor = 1.0 / D;
-        // P = pFixed + pPerE1 E1 + pPerT1 T1, and E2 = eFixed + ePerE1 E1 + ePerT1 T1.
-        const double pFixed = (faceFriction * horizontalFixed - faceCohesion + verticalFixed) * perDivisor;
-        const double pPerE1 = -faceFriction * perDivisor;
-        const double eFixed = pFixed * horizontalPerP - horizontalFixed;
-        const double ePerE1 = verticalPerP * perDivisor;  // 1 + pPerE1 hP, without the cancellation
-        const double ePerT1 = horizontalPerP * perDivisor;
-
-        const double E2 = eFixed + ePerE1 * E1 + ePerT1 * T1;
-        const double T2 = faceFriction * E2 + faceCohesion;
-        const double P = pFixed + pPerE1 * E1 + perDivisor * T1;
-        const double S1 = (c.tan3[k] * P + c.drainedCohesion[k]) * t;
-        const double S2 = c.undrainedCohesion[k] * t;
-        normalForce[k] = P;
-        exitForce[k] = E2;
-        exitShear[k] = T2;
-        drainedShear[k] = S1;
-        undrainedShear[k] = S2;
-        baseShear[k] = c.undrained[k] ? S2 : S1;
-        if (k + 1 < numSlices) {
-            entryForce[k + 1] = E2;
-            entryShear[k + 1] = T2;
-        }
-        E1 = E2;
-        T1 = T2;
+        R[k] = roughnessFrom[k] * roughnessFactor;
+        noInterslice = noInterslice && R[k] == 0.0;
     }
-    return 0;
+    if (numSlices < 1) return 0;
+    const double entryForce = SURF.E1(1);
+    const double entryShear = SURF.T1(1);
+    int result = 0;
+    if (noInterslice && withoutInterslice(c, F, R, numSlices, rule, divisor, result)) return result;
+    SURF.E1(1) = entryForce;
+    SURF.T1(1) = entryShear;
+    return sliceBySlice(c, F, R, numSlices, rule, divisor);
 }

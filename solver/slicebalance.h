@@ -1,7 +1,7 @@
 // solver/slicebalance.h
 //
-// SliceCoefficients, balanceSlices — the force balance of the slices at a trial safety factor,
-// shared by the force-equilibrium sweep (FRCEQR) and the 2003 method (SLV123).
+// SliceCoefficients, balanceSlices, balanceSlicesAffine — the force balance of the slices at a
+// trial safety factor, of the force-equilibrium sweep (FRCEQR) and the 2003 method (SLV123).
 //
 // Slice i takes the forces E1, T1 its left neighbour hands over. Its horizontal and vertical
 // balance, with the mobilised base shear (c3 L34 + SS + P tan3) / F and the interslice shear
@@ -38,7 +38,12 @@ struct SliceCoefficients {
     double wx[MAXSLC];
     double wz[MAXSLC];
     double snz[MAXSLC];
+    double sinbTan3[MAXSLC];          // sinb tan3 (tan3 of the slice also on an undrained base)
+    double snx[MAXSLC];
+    double baseCosb[MAXSLC];          // baseResistance cosb
+    double baseSinb[MAXSLC];          // baseResistance sinb
     bool undrained[MAXSLC];
+    bool noUndrainedCohesion;  // undrainedCohesion zero on every slice
     // Products that every trial factor multiplies alike (baseTan: tan3, 0 on an undrained base).
     double cosbTan[MAXSLC];           // cosb baseTan
     double sinbTan[MAXSLC];           // sinb baseTan
@@ -57,7 +62,7 @@ struct SliceCoefficients {
         const double* ss = SURF.SS.data();
         const double* tanBase = SURF.TAN3.data();
         const double* c2 = SURF.C2.data();
-        const double* snx = SURF.SNX.data();
+        const double* snxColumn = SURF.SNX.data();
         const double* corners = SURF.ZZ.data();  // corner j of slice i at 5 (i - 1) + j - 1
         std::copy_n(SURF.SINB.data(), n, sinb);
         std::copy_n(SURF.COSB.data(), n, cosb);
@@ -66,17 +71,23 @@ struct SliceCoefficients {
         std::copy_n(SURF.WX.data(), n, wx);
         std::copy_n(SURF.WZ.data(), n, wz);
         std::copy_n(SURF.SNZ.data(), n, snz);
+        std::copy_n(snxColumn, n, snx);
+        noUndrainedCohesion = true;
         for (int k = 0; k < n; ++k) {
             undrained[k] = combined && mode[k] == 2;
             baseResistance[k] = l34[k] * (undrained[k] ? su3[k] : c3[k]) + ss[k];
             drainedCohesion[k] = l34[k] * c3[k];
             undrainedCohesion[k] = l34[k] * su3[k];
+            noUndrainedCohesion = noUndrainedCohesion && undrainedCohesion[k] == 0.0;
             const double baseTan = undrained[k] ? 0.0 : tanBase[k];
             const double faceHeight = corners[5 * k + 2] - corners[5 * k + 1];
             cosbTan[k] = cosb[k] * baseTan;
             sinbTan[k] = sinb[k] * baseTan;
-            horizontalPull[k] = baseResistance[k] * cosb[k] - snx[k];
-            verticalPull[k] = snz[k] - baseResistance[k] * sinb[k];
+            sinbTan3[k] = sinb[k] * tanBase[k];
+            baseCosb[k] = baseResistance[k] * cosb[k];
+            baseSinb[k] = baseResistance[k] * sinb[k];
+            horizontalPull[k] = baseCosb[k] - snx[k];
+            verticalPull[k] = snz[k] - baseSinb[k];
             faceCohesionFull[k] = c2[k] * faceHeight;
         }
     }
@@ -95,5 +106,14 @@ enum class DivisorRule { BelowEps, AtMostEps };
 // Reads:  SURF E1(1), T1(1); MASTER.NUMSLC (within 1..MAXSLC), EPS
 // Writes: SURF R of the slices reached; P, S1, S2, S, E2, T2 of the slices balanced, and E1,
 //         T1 of the slice after each (within NUMSLC)
+//
+// balanceSlices solves each slice in turn from what its neighbour hands over (the force-
+// equilibrium sweep: its results stay those it has always given, to the last digit).
+// balanceSlicesAffine writes each slice's forces as affine functions of what is handed over,
+// so that only a few products pass from slice to slice (the 2003 method, which sweeps a surface
+// a hundred times and more): the same balance, whose results differ from the slice-by-slice
+// order in the rounding of the last digits only.
 int balanceSlices(const SliceCoefficients& c, double F, const double* roughnessFrom, double roughnessFactor,
                   DivisorRule rule, double& divisor);
+int balanceSlicesAffine(const SliceCoefficients& c, double F, const double* roughnessFrom, double roughnessFactor,
+                        DivisorRule rule, double& divisor);

@@ -39,6 +39,7 @@
 #include "io/fmt.h"
 #include "slices/slices.h"
 #include "solver/slicebalance.h"
+#include "solver/slicepair.h"
 #include "solver/solver.h"
 
 namespace {
@@ -190,34 +191,53 @@ bool divisorLimit(int method, double& SFDIVZ) {
 // Base forces of every slice at F from its vertical balance alone. Returns 0, or the slice
 // whose divisor is not above EPS (its divisor in divisor).
 int sweepVertical(const SliceCoefficients& c, double F, double& divisor) {
-    const double t = 1.0 / F;
     const int numSlices = MASTER.NUMSLC;  // within 1..MAXSLC (SLV123 checks)
     double* normalForce = SURF.P.data();
     double* drainedShear = SURF.S1.data();
     double* undrainedShear = SURF.S2.data();
     double* baseShear = SURF.S.data();
-    for (int k = 0; k < numSlices; ++k) {
-        const double D = c.undrained[k] ? c.cosb[k] : c.sinb[k] * c.tan3[k] * t + c.cosb[k];
-        if (D <= MASTER.EPS) {
-            divisor = D;
-            return k + 1;
+    // The divisor of every slice; the sweep stops at the first one not above EPS.
+    double D[MAXSLC + 1];
+    const SlicePair factor = pairOf(F);
+    const double reciprocal = 1.0 / F;
+    const bool noUndrainedCohesion = c.noUndrainedCohesion && std::isfinite(reciprocal);
+    int k = 0;
+    for (; k + 1 < numSlices; k += 2) storePair(D, k, pairAt(c.sinbTan3, k) / factor + pairAt(c.cosb, k));
+    for (; k < numSlices; ++k) D[k] = c.sinbTan3[k] / F + c.cosb[k];
+    int balanced = numSlices;
+    for (k = 0; k < numSlices; ++k) {
+        if (c.undrained[k]) D[k] = c.cosb[k];
+        if (D[k] <= MASTER.EPS) {
+            balanced = k;
+            break;
         }
-        const double P = ((c.snz[k] - c.baseResistance[k] * c.sinb[k]) * t + c.wz[k]) / D;
-        const double S1 = (c.tan3[k] * P + c.drainedCohesion[k]) * t;
-        const double S2 = c.undrainedCohesion[k] * t;
-        normalForce[k] = P;
-        drainedShear[k] = S1;
-        undrainedShear[k] = S2;
-        baseShear[k] = c.undrained[k] ? S2 : S1;
     }
-    return 0;
+    for (k = 0; k + 1 < balanced; k += 2) {
+        const SlicePair P = (pairAt(c.verticalPull, k) / factor + pairAt(c.wz, k)) / pairAt(D, k);
+        storePair(normalForce, k, P);
+        storePair(drainedShear, k, (pairAt(c.tan3, k) * P + pairAt(c.drainedCohesion, k)) / factor);
+        if (!noUndrainedCohesion) storePair(undrainedShear, k, pairAt(c.undrainedCohesion, k) / factor);
+    }
+    for (; k < balanced; ++k) {
+        const double P = (c.verticalPull[k] / F + c.wz[k]) / D[k];
+        normalForce[k] = P;
+        drainedShear[k] = (c.tan3[k] * P + c.drainedCohesion[k]) / F;
+        if (!noUndrainedCohesion) undrainedShear[k] = c.undrainedCohesion[k] / F;
+    }
+    // Zero divided by F is the zero that a product with 1/F gives, its sign included.
+    if (noUndrainedCohesion)
+        for (k = 0; k < balanced; ++k) undrainedShear[k] = c.undrainedCohesion[k] * reciprocal;
+    for (k = 0; k < balanced; ++k) baseShear[k] = c.undrained[k] ? undrainedShear[k] : drainedShear[k];
+    if (balanced == numSlices) return 0;
+    divisor = D[balanced];
+    return balanced + 1;
 }
 
 // Base and interslice forces of every slice at F from its full force balance, the face-2
 // shear being R = RFACTOR * R0 of the available one; the forces on the exit face of a slice
 // act on the entry face of the next.
 int sweepRough(const SliceCoefficients& coefficients, double F, double& divisor) {
-    return balanceSlices(coefficients, F, SURF.R0.data(), MASTER.RFACTOR, DivisorRule::AtMostEps, divisor);
+    return balanceSlicesAffine(coefficients, F, SURF.R0.data(), MASTER.RFACTOR, DivisorRule::AtMostEps, divisor);
 }
 
 // The moment of the loads and the base normal forces about the centre (SUMPM), and the
