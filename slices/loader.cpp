@@ -172,7 +172,9 @@ bool meanUnitWeight(int I, double& gamma) {
 
 // The soil surface as it was checked last: its points, the error code of its table and the
 // slopes of its segments. Every slice of every surface asks the same soil surface, so it is
-// checked again only when its points have changed.
+// checked again only when its points have changed; they are compared at the first slice of a
+// surface and whenever the slices are not asked one after another (nothing changes the ground
+// between two neighbouring slices of one surface).
 struct CheckedGround {
     int n = -1;
     double x[MAXCOL];
@@ -183,7 +185,12 @@ struct CheckedGround {
     // The checked soil surface for its look-ups (its points are the present ones after refresh).
     BrokenLine line() const { return BrokenLine{n, 1, x, z, code, 0}; }
 
-    void refresh() {
+    int lastSlice = 0;  // the slice that asked last
+
+    void refresh(int slice) {
+        const bool nextSlice = slice > 1 && slice == lastSlice + 1;
+        lastSlice = slice;
+        if (nextSlice && n == soilSurfacePoints()) return;
         const int points = soilSurfacePoints();
         const size_t bytes = static_cast<size_t>(points) * sizeof(double);
         if (points == n && std::memcmp(x, GEOMSH.XSURF.data(), bytes) == 0 &&
@@ -216,8 +223,8 @@ CheckedGround gGround;
 // Whether the soil surface has a point over x1..x2 (ends included): there the ground may break
 // and the soil between it and the straight slice top is weighed.
 // firstWithin: that point (index from 0) of a soil surface whose abscissas increase.
-bool groundPointWithin(double x1, double x2, int& firstWithin) {
-    gGround.refresh();
+bool groundPointWithin(int I, double x1, double x2, int& firstWithin) {
+    gGround.refresh(I);
     const int n = gGround.n;
     firstWithin = 0;
     if (gGround.code != 0) {
@@ -238,7 +245,7 @@ bool soilAboveTop(int I, double gamma, double tolerance) {
     // Every column lies beyond the first ground point within the slice's left border: the
     // walk along the ground starts there.
     int groundSegment = 0;
-    if (!groundPointWithin(x1, x2, groundSegment)) return true;
+    if (!groundPointWithin(I, x1, x2, groundSegment)) return true;
     const BrokenLine ground = gGround.line();
     const bool walkGround = gGround.code == 0 && gGround.n >= 2;
     const BrokenLine water = waterTable();

@@ -24,7 +24,7 @@
 //         the slice after each (within NUMSLC)
 // IERR:   none (a divisor that fails the rule is returned to the caller)
 
-#include <bit>
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
@@ -33,15 +33,7 @@
 
 namespace {
 
-bool positiveZero(double value) { return value == 0.0 && !std::signbit(value); }
-
 bool failsRule(DivisorRule rule, double D, double eps) { return rule == DivisorRule::BelowEps ? D < eps : D <= eps; }
-
-// The divisor of P of slice k (index from 0) at roughness R.
-double divisorOfP(const SliceCoefficients& c, int k, double R, double t) {
-    const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
-    return c.tan2[k] * R * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
-}
 
 // Writes the base forces of slice k (index from 0) from its normal force P.
 void writeBase(const SliceCoefficients& c, int k, double F, double P) {
@@ -90,20 +82,24 @@ int sliceBySlice(const SliceCoefficients& c, double F, const double* R, int n, D
 // the failing slice.
 //
 // Where a term is zero, or its sign alone matters, a product with t = 1/F gives to the bit
-// what the division by F gives, as long as t is finite; so do a zero undrained cohesion's
-// S2 and the vanishing T2 = (tan2 E2 + c2 h) 0 / F. What R multiplies in P only has to be
-// finite, which bounds on its parts make sure of.
+// what the division by F gives, as long as t is finite: so do a zero undrained cohesion's S2
+// and the vanishing T2 = (tan2 E2 + c2 h) 0 / F. What R multiplies in P only has to be
+// finite, and so does tan2 E2 + c2 h: bounds on their parts make sure of it. Subtracting a
+// positive zero leaves any number as it is: without horizontal loads and nails the forces
+// are handed on through two operations fewer.
 bool withoutInterslice(const SliceCoefficients& c, double F, const double* R, int n, DivisorRule rule, double& divisor,
                        int& result) {
     constexpr double kSafeMagnitude = 0x1p500;  // two such numbers divide to a finite one
-    double divisors[MAXSLC];
     const double t = 1.0 / F;
     if (!(std::fabs(t) <= kSafeMagnitude)) return false;
     const double eps = MASTER.EPS;
+    double divisors[MAXSLC];
+    double horizontalShares[MAXSLC];
     int balanced = n;
     result = 0;
     for (int k = 0; k < n; ++k) {
-        const double D = divisorOfP(c, k, R[k], t);
+        const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
+        const double D = c.tan2[k] * R[k] * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
         if (failsRule(rule, D, eps)) {
             balanced = k;
             result = k + 1;
@@ -111,6 +107,7 @@ bool withoutInterslice(const SliceCoefficients& c, double F, const double* R, in
             break;
         }
         divisors[k] = D;
+        horizontalShares[k] = horizontalPerP;
     }
     if (balanced == 0) {
         SURF.R(1) = R[0];
@@ -123,7 +120,6 @@ bool withoutInterslice(const SliceCoefficients& c, double F, const double* R, in
     double* normalForce = SURF.P.data();
     double* drainedShear = SURF.S1.data();
     double* undrainedShear = SURF.S2.data();
-    double* baseShear = SURF.S.data();
     const bool cohesionByProduct = c.noUndrainedCohesion;
     bool vanishingLoad = false;
     const auto baseForces = [&](int k) {
@@ -139,10 +135,11 @@ bool withoutInterslice(const SliceCoefficients& c, double F, const double* R, in
     const SlicePair factor = pairOf(F);
     const SlicePair reciprocal = pairOf(t);
     const SlicePair none = pairOf(0.0);
+    SlicePairFlags zeroLoads = {0, 0};
     int k = 1;
     for (; k + 1 < balanced; k += 2) {
         const SlicePair verticalFixed = pairAt(c.wz, k) + none + pairAt(c.snz, k) * reciprocal - pairAt(c.baseSinb, k) * reciprocal;
-        vanishingLoad = vanishingLoad || verticalFixed[0] == 0.0 || verticalFixed[1] == 0.0;
+        zeroLoads |= verticalFixed == none;
         const SlicePair P = verticalFixed / pairAt(divisors, k);
         storePair(normalForce, k, P);
         storePair(drainedShear, k, (pairAt(c.tan3, k) * P + pairAt(c.drainedCohesion, k)) / factor);
@@ -150,38 +147,37 @@ bool withoutInterslice(const SliceCoefficients& c, double F, const double* R, in
         storePair(undrainedShear, k, cohesionByProduct ? cohesion * reciprocal : cohesion / factor);
     }
     for (; k < balanced; ++k) baseForces(k);
-    if (vanishingLoad) return false;
-    for (k = 0; k < balanced; ++k) baseShear[k] = c.undrained[k] ? undrainedShear[k] : drainedShear[k];
+    if (vanishingLoad || zeroLoads[0] != 0 || zeroLoads[1] != 0) return false;
+    double* baseShear = SURF.S.data();
+    if (c.anyUndrained) {
+        for (k = 0; k < balanced; ++k) baseShear[k] = c.undrained[k] ? undrainedShear[k] : drainedShear[k];
+    } else {
+        std::copy_n(drainedShear, balanced, baseShear);
+    }
 
+    // The horizontal forces from slice to slice.
     double* exitForce = SURF.E2.data();
     double* exitShear = SURF.T2.data();
-    double* entryForce = SURF.E1.data();
-    double* entryShear = SURF.T1.data();
-    double E1 = entryForce[0];
-    bool exact = true;
-    for (int k = 0; k < balanced; ++k) {
-        const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
-        // Subtracting a positive zero leaves any number as it is: a slice without horizontal
-        // load or nail hands on its forces through two operations fewer.
+    double E1 = SURF.E1(1);
+    double largestHorizontal = 0.0;  // of H and E2
+    const bool plain = c.noHorizontalPull && t > 0.0;
+    for (k = 0; k < balanced; ++k) {
         double horizontalFixed = c.baseCosb[k] * t - E1;
-        const double horizontalLoad = c.wx[k];
-        if (!positiveZero(horizontalLoad)) horizontalFixed -= horizontalLoad;
-        const double nailPull = c.snx[k] * t;
-        if (!positiveZero(nailPull)) horizontalFixed -= nailPull;
-        const double E2 = normalForce[k] * horizontalPerP - horizontalFixed;
-        const double T2 = (c.tan2[k] * E2 + c.faceCohesionFull[k]) * R[k] * t;
-        exact = exact && std::fabs(c.tan2[k] * horizontalFixed) <= kSafeMagnitude &&
-                std::fabs(c.faceCohesionFull[k] * t) <= kSafeMagnitude && T2 == 0.0;
+        if (!plain) horizontalFixed = horizontalFixed - c.wx[k] - c.snx[k] * t;
+        const double E2 = normalForce[k] * horizontalShares[k] - horizontalFixed;
         exitForce[k] = E2;
-        exitShear[k] = T2;
-        if (k + 1 < MASTER.NUMSLC) {
-            entryForce[k + 1] = E2;
-            entryShear[k + 1] = T2;
-        }
+        exitShear[k] = (c.tan2[k] * E2 + c.faceCohesionFull[k]) * R[k] * t;
+        largestHorizontal = std::max({largestHorizontal, std::fabs(horizontalFixed), std::fabs(E2)});
         E1 = E2;
     }
-    if (!exact) return false;
-    for (int k = 0; k <= balanced && k < n; ++k) SURF.R.data()[k] = R[k];
+    // A force that is not finite is handed on to the exit.
+    if (!std::isfinite(E1) || !(c.largestTan2 * largestHorizontal <= kSafeMagnitude) ||
+        !(c.largestFaceCohesion <= kSafeMagnitude) || !(c.largestFaceCohesion * std::fabs(t) <= kSafeMagnitude))
+        return false;
+    const int handedOn = std::min(balanced, MASTER.NUMSLC - 1);
+    std::copy_n(exitForce, handedOn, SURF.E1.data() + 1);
+    std::copy_n(exitShear, handedOn, SURF.T1.data() + 1);
+    std::copy_n(R, std::min(balanced + 1, n), SURF.R.data());
     return true;
 }
 

@@ -18,6 +18,9 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
 
 #include "records.h"
 
@@ -44,6 +47,10 @@ struct SliceCoefficients {
     double baseSinb[MAXSLC];          // baseResistance sinb
     bool undrained[MAXSLC];
     bool noUndrainedCohesion;  // undrainedCohesion zero on every slice
+    bool anyUndrained;         // some base fails undrained
+    bool noHorizontalPull;     // WX and SNX a positive zero on every slice
+    double largestTan2;          // at least the largest |tan2| (infinite when one is no number)
+    double largestFaceCohesion;  // at least the largest |faceCohesionFull| (likewise)
     // Products that every trial factor multiplies alike (baseTan: tan3, 0 on an undrained base).
     double cosbTan[MAXSLC];           // cosb baseTan
     double sinbTan[MAXSLC];           // sinb baseTan
@@ -72,13 +79,19 @@ struct SliceCoefficients {
         std::copy_n(SURF.WZ.data(), n, wz);
         std::copy_n(SURF.SNZ.data(), n, snz);
         std::copy_n(snxColumn, n, snx);
-        noUndrainedCohesion = true;
+        // Flags and bounds gathered without a branch per slice: the bits of a positive zero
+        // are all clear, and a sum of magnitudes bounds each of them (and is no number when
+        // one of them is none).
+        bool undrainedCohesionFound = false;
+        bool undrainedFound = false;
+        std::uint64_t horizontalBits = 0;
+        double tan2Sum = 0.0;
+        double faceCohesionSum = 0.0;
         for (int k = 0; k < n; ++k) {
             undrained[k] = combined && mode[k] == 2;
             baseResistance[k] = l34[k] * (undrained[k] ? su3[k] : c3[k]) + ss[k];
             drainedCohesion[k] = l34[k] * c3[k];
             undrainedCohesion[k] = l34[k] * su3[k];
-            noUndrainedCohesion = noUndrainedCohesion && undrainedCohesion[k] == 0.0;
             const double baseTan = undrained[k] ? 0.0 : tanBase[k];
             const double faceHeight = corners[5 * k + 2] - corners[5 * k + 1];
             cosbTan[k] = cosb[k] * baseTan;
@@ -89,7 +102,17 @@ struct SliceCoefficients {
             horizontalPull[k] = baseCosb[k] - snx[k];
             verticalPull[k] = snz[k] - baseSinb[k];
             faceCohesionFull[k] = c2[k] * faceHeight;
+            undrainedCohesionFound |= undrainedCohesion[k] != 0.0;
+            undrainedFound |= undrained[k];
+            horizontalBits |= std::bit_cast<std::uint64_t>(wx[k]) | std::bit_cast<std::uint64_t>(snx[k]);
+            tan2Sum += std::fabs(tan2[k]);
+            faceCohesionSum += std::fabs(faceCohesionFull[k]);
         }
+        noUndrainedCohesion = !undrainedCohesionFound;
+        anyUndrained = undrainedFound;
+        noHorizontalPull = horizontalBits == 0;
+        largestTan2 = std::isnan(tan2Sum) ? HUGE_VAL : tan2Sum;
+        largestFaceCohesion = std::isnan(faceCohesionSum) ? HUGE_VAL : faceCohesionSum;
     }
 };
 

@@ -13,6 +13,7 @@
 #include <cstring>
 
 using SlicePair = double __attribute__((vector_size(16)));
+using SlicePairFlags = long long __attribute__((vector_size(16)));  // what comparing two pairs gives
 
 inline SlicePair pairAt(const double* column, int k) {
     SlicePair pair;
