@@ -33,6 +33,12 @@ inline double brokenLineSlope(const double* x, const double* y, int k) { return 
 inline double brokenLineValue(const double* x, const double* y, int k, double slope, double xq) {
     return y[k - 1] + slope * (xq - x[k - 1]);
 }
+// The value at xq of a table whose abscissas increase (checked: code 0; two points or more),
+// whose segment slopes were taken once (slopes[k] = brokenLineSlope(x, y, k), k = 1..n - 1),
+// exactly as interpolate gives it, for abscissas asked from left to right: the search walks
+// right from point segment (where the last look-up ended, or any point to start from; from
+// the start when the point before it does not lie left of xq) and leaves the point found there.
+double interpolateRightward(const BrokenLine& line, const double* slopes, double xq, int& segment);
 void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr);
 void INTPRF(int nprof, const double* xprof, const int* npoints, int ld, const double* zlev, const double* values,
             double xq, double zq, double& result, int& ierr);

@@ -12,7 +12,9 @@
 // bracketing points are found by bisection, or next to the ones found last: the first point k
 // with x(k) - x >= 0 (direction 1) or x(k) - x <= 0 (direction -1), the same point a walk from
 // the start would stop at. Beyond the points found last the search strides forward from them
-// first, as the borders of the slices of a surface are asked from left to right.
+// first, as the borders of the slices of a surface are asked from left to right. A routine that
+// asks one increasing table many abscissas from left to right and has taken the slopes of its
+// segments once asks them with interpolateRightward, which walks and gives the same values.
 //
 // Reads:  the arguments only (n, direction, x(1..n), y(1..n), xq)
 // Writes: yq, the value at xq (1.0E10 when an error is reported); ierr
@@ -114,6 +116,19 @@ void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr) {
         return;
     }
     yq = brokenLineValue(x, y, k, brokenLineSlope(x, y, k), xq);
+}
+
+double interpolateRightward(const BrokenLine& line, const double* slopes, double xq, int& segment) {
+    const int n = line.n;
+    const double* x = line.x;
+    const double* y = line.y;
+    if (xq <= x[0]) return y[0];
+    if (xq >= x[n - 1]) return y[n - 1];
+    int k = segment < 1 || segment >= n ? 1 : segment;
+    if (!(x[k - 1] - xq < 0.0)) k = 1;  // asked left of where the walk stands
+    while (x[k] - xq < 0.0) ++k;
+    segment = k;
+    return x[k] == xq ? y[k] : brokenLineValue(x, y, k, slopes[k], xq);
 }
 
 void INTPOL(int n, int direction, const double* x, const double* y, double xq, double& yq, int& ierr) {

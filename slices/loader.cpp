@@ -203,20 +203,6 @@ struct CheckedGround {
         if (code == 0)
             for (int k = 1; k < n; ++k) slope[k] = brokenLineSlope(x, z, k);
     }
-
-    // Depth of the soil surface at xq, as interpolate gives it. The search walks right from the
-    // point segment (where the last look-up ended, or any point to start from; from the
-    // start when the point before it does not lie left of xq) and leaves the point found
-    // there. Only for a table whose abscissas increase, of two points or more.
-    double at(double xq, int& segment) const {
-        if (xq <= x[0]) return z[0];
-        if (xq >= x[n - 1]) return z[n - 1];
-        int k = segment < 1 ? 1 : segment;
-        if (!(x[k - 1] - xq < 0.0)) k = 1;  // asked left of where the walk stands
-        while (x[k] - xq < 0.0) ++k;
-        segment = k;
-        return x[k] == xq ? z[k] : brokenLineValue(x, z, k, slope[k], xq);
-    }
 };
 CheckedGround gGround;
 
@@ -269,7 +255,7 @@ bool soilAboveTop(int I, double gamma, double tolerance) {
         double zChord = zLeft + rise * (x - x1) / width;
         double zGround = 0.0;
         if (walkGround) {
-            zGround = gGround.at(x, groundSegment);
+            zGround = interpolateRightward(ground, gGround.slope, x, groundSegment);
         } else if (!soilSurfaceAt(ground, x, zGround)) {
             ok = false;
             break;

@@ -1,7 +1,8 @@
 // solver/slicebalance.h
 //
-// SliceCoefficients, balanceSlices, balanceSlicesAffine — the force balance of the slices at a
-// trial safety factor, of the force-equilibrium sweep (FRCEQR) and the 2003 method (SLV123).
+// SliceCoefficients, balanceSlices, balanceSlicesAffine, balanceVertically — the force balance
+// of the slices at a trial safety factor, of the force-equilibrium sweep (FRCEQR), the 2003
+// method and the Bishop methods (SLV123).
 //
 // Slice i takes the forces E1, T1 its left neighbour hands over. Its horizontal and vertical
 // balance, with the mobilised base shear (c3 L34 + SS + P tan3) / F and the interslice shear
@@ -140,3 +141,10 @@ int balanceSlices(const SliceCoefficients& c, double F, const double* roughnessF
                   DivisorRule rule, double& divisor);
 int balanceSlicesAffine(const SliceCoefficients& c, double F, const double* roughnessFrom, double roughnessFactor,
                         DivisorRule rule, double& divisor);
+
+// The base forces of every slice at F from its vertical balance alone (both Bishop methods).
+// Returns 0, or the first slice whose divisor is not above EPS (its divisor in divisor), the
+// slices before it balanced.
+// Reads:  MASTER.NUMSLC, EPS
+// Writes: SURF P, S1, S2, S of the slices balanced
+int balanceVertically(const SliceCoefficients& c, double F, double& divisor);

@@ -40,7 +40,6 @@
 #include "io/fmt.h"
 #include "slices/slices.h"
 #include "solver/slicebalance.h"
-#include "solver/slicepair.h"
 #include "solver/solver.h"
 
 namespace {
@@ -189,67 +188,6 @@ bool divisorLimit(int method, double& SFDIVZ) {
     return true;
 }
 
-// Base forces of every slice at F from its vertical balance alone. Returns 0, or the slice
-// whose divisor is not above EPS (its divisor in divisor). Two slices at a time; a zero
-// undrained cohesion divided by F is the zero its product with 1/F gives, sign included.
-int sweepVertical(const SliceCoefficients& c, double F, double& divisor) {
-    const int numSlices = MASTER.NUMSLC;  // within 1..MAXSLC (SLV123 checks)
-    double* normalForce = SURF.P.data();
-    double* drainedShear = SURF.S1.data();
-    double* undrainedShear = SURF.S2.data();
-    double* baseShear = SURF.S.data();
-    const double eps = MASTER.EPS;
-    // The divisor of every slice; the sweep stops at the first one not above EPS.
-    double D[MAXSLC + 1];
-    const SlicePair factor = pairOf(F);
-    const SlicePair limit = pairOf(eps);
-    SlicePairFlags failing = {0, 0};
-    int k = 0;
-    for (; k + 1 < numSlices; k += 2) {
-        const SlicePair divisors = pairAt(c.sinbTan3, k) / factor + pairAt(c.cosb, k);
-        failing |= divisors <= limit;
-        storePair(D, k, divisors);
-    }
-    bool anyFailing = failing[0] != 0 || failing[1] != 0;
-    for (; k < numSlices; ++k) {
-        D[k] = c.sinbTan3[k] / F + c.cosb[k];
-        anyFailing = anyFailing || D[k] <= eps;
-    }
-    int balanced = numSlices;
-    if (c.anyUndrained || anyFailing) {
-        for (k = 0; k < numSlices; ++k) {
-            if (c.undrained[k]) D[k] = c.cosb[k];
-            if (D[k] <= eps) {
-                balanced = k;
-                break;
-            }
-        }
-    }
-    const double reciprocal = 1.0 / F;
-    const bool cohesionByProduct = c.noUndrainedCohesion && std::isfinite(reciprocal);
-    const SlicePair reciprocals = pairOf(reciprocal);
-    for (k = 0; k + 1 < balanced; k += 2) {
-        const SlicePair P = (pairAt(c.verticalPull, k) / factor + pairAt(c.wz, k)) / pairAt(D, k);
-        storePair(normalForce, k, P);
-        storePair(drainedShear, k, (pairAt(c.tan3, k) * P + pairAt(c.drainedCohesion, k)) / factor);
-        const SlicePair cohesion = pairAt(c.undrainedCohesion, k);
-        storePair(undrainedShear, k, cohesionByProduct ? cohesion * reciprocals : cohesion / factor);
-    }
-    for (; k < balanced; ++k) {
-        const double P = (c.verticalPull[k] / F + c.wz[k]) / D[k];
-        normalForce[k] = P;
-        drainedShear[k] = (c.tan3[k] * P + c.drainedCohesion[k]) / F;
-        undrainedShear[k] = cohesionByProduct ? c.undrainedCohesion[k] * reciprocal : c.undrainedCohesion[k] / F;
-    }
-    if (c.anyUndrained) {
-        for (k = 0; k < balanced; ++k) baseShear[k] = c.undrained[k] ? undrainedShear[k] : drainedShear[k];
-    } else {
-        std::copy_n(drainedShear, balanced, baseShear);
-    }
-    if (balanced == numSlices) return 0;
-    divisor = D[balanced];
-    return balanced + 1;
-}
 
 // Base and interslice forces of every slice at F from its full force balance, the face-2
 // shear being R = RFACTOR * R0 of the available one; the forces on the exit face of a slice
@@ -302,7 +240,7 @@ End iterate(int method, const Rotation& rot, const SliceCoefficients& coefficien
         }
 
         double divisor = 0.0;
-        const int failedSlice = method == 3 ? sweepRough(coefficients, SFASM, divisor) : sweepVertical(coefficients, SFASM, divisor);
+        const int failedSlice = method == 3 ? sweepRough(coefficients, SFASM, divisor) : balanceVertically(coefficients, SFASM, divisor);
         if (failedSlice != 0) {
             // The assumed factor is at or below the limit where a base cannot carry its load:
             // push it up and repeat the iteration.

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 #include "input/input.h"
@@ -226,5 +228,46 @@ TEST(Intpol, ALongLineAskedInJumpsAnswersLikeIntpol) {
         ASSERT_EQ(ierr, 0) << a;
         EXPECT_NEAR(value, expected, 1e-12) << a;
         EXPECT_EQ(value, fromIntpol) << a;
+    }
+}
+
+// A table asked from left to right with the slopes of its segments taken once answers every
+// abscissa bit for bit as INTPOL does: between points, on points, at and beyond both ends, with
+// a walk that starts where the last one ended, at the start, or past the abscissa asked.
+TEST(Intpol, AskedFromLeftToRightWithItsSlopesATableAnswersLikeIntpol) {
+    // Irregular points: straight runs (mesh points on one slope), breaks, a short segment.
+    const std::vector<double> x{-40.0, -12.5, 0.0, 2.0, 4.0, 6.0, 6.001, 9.3, 20.0, 31.7};
+    const std::vector<double> y{0.0, 0.0, 1.1, 1.6, 2.1, 2.6, 2.6, 7.0, 7.0, -3.25};
+    const int n = static_cast<int>(x.size());
+    const BrokenLine line = checkedBrokenLine(n, 1, x.data(), y.data());
+    ASSERT_EQ(line.code, 0);
+    std::vector<double> slopes(x.size());
+    for (int k = 1; k < n; ++k) slopes[static_cast<size_t>(k)] = brokenLineSlope(x.data(), y.data(), k);
+    const auto sameBits = [](double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; };
+    std::vector<double> asked;
+    for (double a = -45.0; a <= 35.0; a += 0.37) asked.push_back(a);
+    asked.insert(asked.end(), x.begin(), x.end());
+    std::sort(asked.begin(), asked.end());
+    for (int restartEvery : {1, 3, 1000}) {
+        int segment = 0;
+        for (size_t q = 0; q < asked.size(); ++q) {
+            if (q % static_cast<size_t>(restartEvery) == 0) segment = 0;
+            double expected = 0.0;
+            int ierr = -1;
+            INTPOL(n, 1, x.data(), y.data(), asked[q], expected, ierr);
+            ASSERT_EQ(ierr, 0);
+            const double value = interpolateRightward(line, slopes.data(), asked[q], segment);
+            EXPECT_TRUE(sameBits(value, expected)) << asked[q] << ": " << value << " " << expected;
+        }
+    }
+    // A walk standing past the abscissa asked starts again from the first point.
+    for (int standing = 1; standing < n; ++standing) {
+        for (double a : {-12.5, -3.0, 2.0, 6.0005, 25.0}) {
+            int segment = standing;
+            double expected = 0.0;
+            int ierr = -1;
+            INTPOL(n, 1, x.data(), y.data(), a, expected, ierr);
+            EXPECT_TRUE(sameBits(interpolateRightward(line, slopes.data(), a, segment), expected)) << standing << " " << a;
+        }
     }
 }

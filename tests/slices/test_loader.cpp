@@ -217,6 +217,26 @@ TEST_F(Loader, AGroundChangedBetweenTwoSlicesIsTheOneWeighed) {
     EXPECT_NEAR(SURF.WZ(2), 20.0 * SURF.AREA(2), 1e-9);
 }
 
+TEST_F(Loader, AGroundChangedBetweenTwoSurfacesIsTheOneWeighed) {
+    // Slices 1 and 2 of a surface under level ground; the ridge of height 2 raised at x = 15
+    // before the next surface, whose slices 1 and 2 lie under it: the ridge is weighed.
+    world.setGround({-100.0, 0.0, 15.0, 30.0, 100.0}, {0.0, 0.0, 0.0, 0.0, 0.0});
+    place(1, 0.0, 10.0, 0.0, 0.0, 8.0, 4.0);
+    place(2, 10.0, 20.0, 0.0, 0.0, 8.0, 8.0);
+    LOADER(1);
+    LOADER(2);
+    ASSERT_EQ(MASTER.IERR, 0);
+    EXPECT_NEAR(SURF.WZ(2), 20.0 * SURF.AREA(2), 1e-9);
+    GEOMSH.ZSURF(3) = -2.0;
+    LOADER(1);
+    LOADER(2);
+    ASSERT_EQ(MASTER.IERR, 0);
+    // The ridge rises from 0 at x = 0 to 2 at x = 15 and falls back to 0 at x = 30; over slice
+    // 2 (x = 10..20) two trapezia of width 5 between the heights 4/3 and 2 lie above its top.
+    const double area = 0.5 * (2.0 * 10.0 / 15.0 + 2.0) * 5.0 + 0.5 * (2.0 + 2.0 * 10.0 / 15.0) * 5.0;
+    EXPECT_NEAR(SURF.WZ(2), 20.0 * SURF.AREA(2) + 20.0 * area, 1e-9);
+}
+
 TEST_F(Loader, AGroundWhoseAbscissasDoNotIncreaseIsReportedOverAnySlice) {
     // Two ground points at x = 5 on a level ground: the soil surface table is refused.
     world.setGround({-100.0, 5.0, 5.0, 100.0}, {0.0, 0.0, 0.0, 0.0});
