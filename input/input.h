@@ -38,7 +38,18 @@ inline double brokenLineValue(const double* x, const double* y, int k, double sl
 // exactly as interpolate gives it, for abscissas asked from left to right: the search walks
 // right from point segment (where the last look-up ended, or any point to start from; from
 // the start when the point before it does not lie left of xq) and leaves the point found there.
-double interpolateRightward(const BrokenLine& line, const double* slopes, double xq, int& segment);
+inline double interpolateRightward(const BrokenLine& line, const double* slopes, double xq, int& segment) {
+    const int n = line.n;
+    const double* x = line.x;
+    const double* y = line.y;
+    if (xq <= x[0]) return y[0];
+    if (xq >= x[n - 1]) return y[n - 1];
+    int k = segment < 1 || segment >= n ? 1 : segment;
+    if (!(x[k - 1] - xq < 0.0)) k = 1;  // asked left of where the walk stands
+    while (x[k] - xq < 0.0) ++k;
+    segment = k;
+    return x[k] == xq ? y[k] : brokenLineValue(x, y, k, slopes[k], xq);
+}
 void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr);
 void INTPRF(int nprof, const double* xprof, const int* npoints, int ld, const double* zlev, const double* values,
             double xq, double zq, double& result, int& ierr);

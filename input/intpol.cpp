@@ -118,19 +118,6 @@ void interpolate(const BrokenLine& line, double xq, double& yq, int& ierr) {
     yq = brokenLineValue(x, y, k, brokenLineSlope(x, y, k), xq);
 }
 
-double interpolateRightward(const BrokenLine& line, const double* slopes, double xq, int& segment) {
-    const int n = line.n;
-    const double* x = line.x;
-    const double* y = line.y;
-    if (xq <= x[0]) return y[0];
-    if (xq >= x[n - 1]) return y[n - 1];
-    int k = segment < 1 || segment >= n ? 1 : segment;
-    if (!(x[k - 1] - xq < 0.0)) k = 1;  // asked left of where the walk stands
-    while (x[k] - xq < 0.0) ++k;
-    segment = k;
-    return x[k] == xq ? y[k] : brokenLineValue(x, y, k, slopes[k], xq);
-}
-
 void INTPOL(int n, int direction, const double* x, const double* y, double xq, double& yq, int& ierr) {
     interpolate(checkedBrokenLine(n, direction, x, y), xq, yq, ierr);
 }
