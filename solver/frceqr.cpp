@@ -10,8 +10,9 @@
 // adjusted until it vanishes. A combined analysis repeats the solution while slices change
 // between drained and undrained failure; an earth-pressure analysis makes one sweep at the
 // given F and the residual is the earth force on the wall. The balance of one slice is the
-// one the 2003 method uses as well (balanceSlices); a slice fails here when its divisor falls
-// below EPS.
+// one the 2003 method uses as well; this sweep solves it slice by slice in the order of
+// operations its results have always had (balanceSlices). A slice fails here when its divisor
+// falls below EPS.
 //
 // Reads:  MASTER.NUMSLC, IDTYP, IDEFTO, METHOD, JPRINT, EPS, E2TOL, SFLIM, SFMAX, E2LIM;
 //         SURF columns SINB, COSB, L34, C3, TAN3, SU3, C2, TAN2, SS, WX, WZ, SNX, SNZ, ZZ,

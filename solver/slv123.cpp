@@ -18,9 +18,13 @@
 // 500, which the driver drops. Method 3 solves for the roughness factors 0.0, 0.1, ... 1.0 and
 // keeps the best of them: the highest factor among the perfect solutions, else the lowest
 // score; that one is computed once more and returned. A combined analysis repeats each
-// solution while bases change between drained and undrained failure. The full force balance
-// of a slice (method 3) is the one of the force-equilibrium sweep (balanceSlices); a slice
-// fails here when its divisor is not above EPS.
+// solution while bases change between drained and undrained failure. The vertical balance of
+// the Bishop methods is balanceVertically. The full force balance of a slice (method 3) is the
+// one of the force-equilibrium sweep, in its affine form (balanceSlicesAffine): the method
+// sweeps a surface more than a hundred times, and that form hands a few products from slice
+// to slice where the slice-by-slice order has a chain of divisions; its results differ from
+// that order in the rounding of the last digits. A slice fails here when its divisor is not
+// above EPS.
 //
 // Reads:  MASTER.NUMSLC, METHOD, IDEFTO, NTYP, JPRINT, EPS, SFTZ, NEGPOK (and SFMIN, SFMAX
 //         through MOMEQL); SURF.SPAR(1..2) of a circle; SURF columns XX, ZZ, SINB, COSB, L34,
