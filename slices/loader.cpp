@@ -249,6 +249,13 @@ bool soilAboveTop(int I, double gamma, double tolerance) {
     double WZ = SURF.WZ(I);
     double WX = SURF.WX(I);
     double WM = SURF.WM(I);
+    // Where the ground point is no real break, ground and chord mostly meet to the last digit:
+    // such a column adds a zero to every load, which leaves a sum as it is unless the sum is a
+    // negative zero, as long as every factor of it is finite and the water level cannot fail.
+    const bool zeroColumnsAddNothing = std::isfinite(gamma) && std::isfinite(gamw) && std::isfinite(columnWidth) &&
+                                       std::isfinite(verticalFactor) && std::isfinite(horizontalFactor) &&
+                                       std::isfinite(xLoad) && std::isfinite(zLoad) && (waterLevel || water.code == 0);
+    const auto negativeZero = [](double sum) { return sum == 0.0 && std::signbit(sum); };
     bool ok = true;
     for (int j = 1; j <= 10; ++j) {
         double x = x1 + (j - 0.5) * columnWidth;
@@ -260,6 +267,9 @@ bool soilAboveTop(int I, double gamma, double tolerance) {
             ok = false;
             break;
         }
+        if (zChord == zGround && std::isfinite(zChord) && zeroColumnsAddNothing && std::isfinite(x) && !negativeZero(WZ) &&
+            !negativeZero(WX) && !negativeZero(WM))
+            continue;
         int ierr = 0;
         double zWater = waterLevel ? WATER1.ZWATER : waterLevelAt(water, x, ierr);
         if (ierr != 0) {

@@ -4,8 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <string>
+#include <vector>
 
+#include "input/input.h"
 #include "records.h"
 #include "slices/slices.h"
 #include "slice_world.h"
@@ -235,6 +238,83 @@ TEST_F(Loader, AGroundChangedBetweenTwoSurfacesIsTheOneWeighed) {
     // 2 (x = 10..20) two trapezia of width 5 between the heights 4/3 and 2 lie above its top.
     const double area = 0.5 * (2.0 * 10.0 / 15.0 + 2.0) * 5.0 + 0.5 * (2.0 + 2.0 * 10.0 / 15.0) * 5.0;
     EXPECT_NEAR(SURF.WZ(2), 20.0 * SURF.AREA(2) + 20.0 * area, 1e-9);
+}
+
+namespace {
+
+// The soil between the straight top of slice I and the ground where a ground point lies over
+// the slice, ten columns summed onto the loads in the order of operations they have always
+// had, the ground read with INTPOL.
+void historicalSoilAboveTop(int I, double gamma, double& WZ, double& WX, double& WM) {
+    const double x1 = SURF.XX(1, I), x2 = SURF.XX(2, I);
+    bool groundPoint = false;
+    for (int k = 1; k <= IGEOMS.NX + 1; ++k) groundPoint = groundPoint || (GEOMSH.XSURF(k) >= x1 && GEOMSH.XSURF(k) <= x2);
+    if (!groundPoint) return;
+    const double width = x2 - x1;
+    const double columnWidth = width / 10.0;
+    const int n = IGEOMS.NX + 1;
+    for (int j = 1; j <= 10; ++j) {
+        const double x = x1 + (j - 0.5) * columnWidth;
+        const double zChord = SURF.ZZ(1, I) + (SURF.ZZ(2, I) - SURF.ZZ(1, I)) * (x - x1) / width;
+        double zGround = 0.0;
+        int ierr = 0;
+        INTPOL(n, 1, GEOMSH.XSURF.data(), GEOMSH.ZSURF.data(), x, zGround, ierr);
+        const double weight = (zChord - zGround) * columnWidth * gamma;  // dry: the water lies deep
+        const double midDepth = (zChord + zGround) / 2.0;
+        const double weightZ = weight * LOAD.LDAT(2);
+        const double weightX = weight * LOAD.LDAT(3);
+        WZ += weightZ;
+        WX += weightX;
+        WM += (SURF.XX(5, I) - x) * weightZ - (SURF.ZZ(5, I) - midDepth) * weightX;
+    }
+}
+
+}  // namespace
+
+TEST_F(Loader, TheSoilAboveTheTopIsSummedColumnByColumnAsItAlwaysWas) {
+    // Total stress (no pore water forces), dry, one material of 20: the loads are the weight
+    // and the columns, added to it bit for bit as before. Mesh points on one straight slope
+    // (where ground and chord mostly meet to the last digit, and a column adds a zero), a slight
+    // break, a sharp one; a vertical load factor of negative zero makes a sum a negative zero,
+    // to which a zero column does add.
+    MASTER.IDEFTO = 2;
+    LOAD.LDAT(3) = 0.15;
+    const std::vector<std::vector<double>> grounds[] = {
+        {{-100.0, 2.0, 5.0, 8.0, 100.0}, {25.5, 0.0, -0.75, -1.5, -24.5}},
+        {{-100.0, 5.0, 100.0}, {0.0, 0.0, -0.95}},
+        {{-100.0, 4.0, 6.5, 100.0}, {0.0, 0.0, -2.0, -2.0}},
+    };
+    const double slices[][2] = {{0.0, 10.0}, {1.3, 4.7}, {4.9, 5.1}, {2.0, 8.0}};
+    for (double verticalFactor : {1.0, -0.0}) {
+        LOAD.LDAT(2) = verticalFactor;
+        for (const auto& ground : grounds) {
+            world.setGround(ground[0], ground[1]);
+            for (const auto& slice : slices) {
+                double top[2];
+                for (int e = 0; e < 2; ++e) {
+                    int ierr = 0;
+                    INTPOL(static_cast<int>(ground[0].size()), 1, ground[0].data(), ground[1].data(), slice[e], top[e], ierr);
+                }
+                place(2, slice[0], slice[1], top[0], top[1], 8.0, 6.0);
+                LOADER(2);
+                ASSERT_EQ(MASTER.IERR, 0);
+                double WZ = 20.0 * SURF.AREA(2) * LOAD.LDAT(2);
+                double WX = 20.0 * SURF.AREA(2) * LOAD.LDAT(3);
+                double WM = 0.0;
+                historicalSoilAboveTop(2, 20.0, WZ, WX, WM);
+                // Then the external vertical loads and the free water of this dry world: zeros,
+                // which make a negative zero positive.
+                WZ += 0.0;
+                WX += 0.0;
+                WZ += 0.0;
+                WM += 0.0;
+                const auto sameBits = [](double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; };
+                EXPECT_TRUE(sameBits(SURF.WZ(2), WZ)) << slice[0] << ".." << slice[1] << ": " << SURF.WZ(2) << " " << WZ;
+                EXPECT_TRUE(sameBits(SURF.WX(2), WX)) << slice[0] << ".." << slice[1] << ": " << SURF.WX(2) << " " << WX;
+                EXPECT_TRUE(sameBits(SURF.WM(2), WM)) << slice[0] << ".." << slice[1] << ": " << SURF.WM(2) << " " << WM;
+            }
+        }
+    }
 }
 
 TEST_F(Loader, AGroundWhoseAbscissasDoNotIncreaseIsReportedOverAnySlice) {
