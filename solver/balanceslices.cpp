@@ -68,7 +68,7 @@ int sliceBySlice(const SliceCoefficients& c, double F, const double* R, int n, D
         writeBase(c, k, F, P);
         SURF.E2.data()[k] = E2;
         SURF.T2.data()[k] = T2;
-        if (k + 1 < MASTER.NUMSLC) {
+        if (k + 1 < n) {
             entryForce[k + 1] = E2;
             entryShear[k + 1] = T2;
         }
@@ -174,7 +174,7 @@ bool withoutInterslice(const SliceCoefficients& c, double F, const double* R, in
     if (!std::isfinite(E1) || !(c.largestTan2 * largestHorizontal <= kSafeMagnitude) ||
         !(c.largestFaceCohesion <= kSafeMagnitude) || !(c.largestFaceCohesion * std::fabs(t) <= kSafeMagnitude))
         return false;
-    const int handedOn = std::min(balanced, MASTER.NUMSLC - 1);
+    const int handedOn = std::min(balanced, n - 1);
     std::copy_n(exitForce, handedOn, SURF.E1.data() + 1);
     std::copy_n(exitShear, handedOn, SURF.T1.data() + 1);
     std::copy_n(R, std::min(balanced + 1, n), SURF.R.data());
