@@ -17,7 +17,7 @@
 // horizontal forces pass from slice to slice. The sweep then forms every P first and runs the
 // short chain of the horizontal forces after; it gives the same numbers as the slice-by-slice
 // order, and falls back on that order wherever the two could differ: a vertical load V of
-// exactly zero (the sign of the zero), or a term that is not finite.
+// exactly zero (the sign of the zero), a term that is not finite or may overflow.
 //
 // Reads:  the coefficients; SURF E1(1), T1(1), the roughness to start from; MASTER.NUMSLC, EPS
 // Writes: SURF R of the slices reached; P, S1, S2, S, E2, T2 of the slices balanced; E1, T1 of
@@ -26,7 +26,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 
 #include "solver/slicebalance.h"
 #include "solver/slicepair.h"
@@ -77,9 +76,9 @@ int sliceBySlice(const SliceCoefficients& c, double F, const double* R, int n, D
 }
 
 // Slices 1..n without interslice shear (every R[k] zero): the normal forces first, then the
-// chain of the horizontal forces. Returns false, having written nothing but possibly the base
-// forces, where the slice-by-slice order could give other numbers; else sets result to 0 or
-// the failing slice.
+// chain of the horizontal forces. Returns false where the slice-by-slice order could give other
+// numbers (what it wrote of the slices it balanced is then written again by that order, which
+// balances the same slices); else sets result to 0 or the failing slice.
 //
 // Where a term is zero, or its sign alone matters, a product with t = 1/F gives to the bit
 // what the division by F gives, as long as t is finite: so do a zero undrained cohesion's S2
