@@ -38,7 +38,6 @@
 //         than 25 vanishing normal-force divisors, or no slices; the code of ROOT3 other than
 //         2; the code of EQUAT2 other than 2
 
-#include <algorithm>
 #include <cmath>
 
 #include "io/fmt.h"
