@@ -32,8 +32,6 @@
 
 namespace {
 
-bool failsRule(DivisorRule rule, double D, double eps) { return rule == DivisorRule::BelowEps ? D < eps : D <= eps; }
-
 // Writes the base forces of slice k (index from 0) from its normal force P.
 void writeBase(const SliceCoefficients& c, int k, double F, double P) {
     const double S1 = (c.tan3[k] * P + c.drainedCohesion[k]) / F;
@@ -57,7 +55,7 @@ int sliceBySlice(const SliceCoefficients& c, double F, const double* R, int n, D
         const double faceCohesion = c.faceCohesionFull[k] * t;
         const double verticalFixed = c.wz[k] + entryShear[k] + c.snz[k] * t - c.baseSinb[k] * t;
         const double D = c.tan2[k] * R[k] * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
-        if (failsRule(rule, D, eps)) {
+        if (failsDivisorRule(rule, D, eps)) {
             divisor = D;
             return k + 1;
         }
@@ -99,7 +97,7 @@ bool withoutInterslice(const SliceCoefficients& c, double F, const double* R, in
     for (int k = 0; k < n; ++k) {
         const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
         const double D = c.tan2[k] * R[k] * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
-        if (failsRule(rule, D, eps)) {
+        if (failsDivisorRule(rule, D, eps)) {
             balanced = k;
             result = k + 1;
             divisor = D;

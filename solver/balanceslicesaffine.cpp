@@ -49,7 +49,7 @@ int balanceSlicesAffine(const SliceCoefficients& c, double F, const double* roug
         const double faceFriction = c.tan2[k] * mobilisedRoughness;  // interslice shear per unit E2
         const double verticalPerP = c.sinbTan[k] * t + c.cosb[k];
         const double D = faceFriction * horizontalPerP + verticalPerP;
-        if (rule == DivisorRule::BelowEps ? D < eps : D <= eps) {
+        if (failsDivisorRule(rule, D, eps)) {
             divisor = D;
             return k + 1;
         }

@@ -121,6 +121,11 @@ struct SliceCoefficients {
 // EPS, or one not above EPS.
 enum class DivisorRule { BelowEps, AtMostEps };
 
+// Whether the divisor D of a slice's base normal force fails the rule.
+inline bool failsDivisorRule(DivisorRule rule, double D, double eps) {
+    return rule == DivisorRule::BelowEps ? D < eps : D <= eps;
+}
+
 // Balances the slices from the entry on at the safety factor F. The face-2 roughness of slice i
 // becomes SURF.R(i) = roughnessFrom[i - 1] * roughnessFactor as it is reached (roughnessFrom
 // may be SURF.R itself). The divisor of the base normal force vanishes where the slice cannot
