@@ -10,7 +10,10 @@
 //   D  = tan2 R t hP + sinb tan3 t + cosb         divisor of P
 //   P  = (R (tan2 H / F - c2 h t) + V) / D,   E2 = P hP - H,   T2 = (tan2 E2 + c2 h) R / F
 // in exactly this order of operations: the force-equilibrium results are those this sweep has
-// always given, to the last binary digit.
+// always given, to the last binary digit. The forces handed on pass from slice to slice in
+// registers; where no slice has a horizontal load or nail force (WX and SNX positive zeros, and
+// a positive finite 1/F) their subtraction from H, which leaves every number as it is, is left
+// out of the chain.
 //
 // Without interslice shear (R = 0 on every slice, the first solution of every surface) the term
 // R (...) vanishes and T2 is zero, so P follows from the slice's own loads alone and only the
@@ -48,12 +51,16 @@ int sliceBySlice(const SliceCoefficients& c, double F, const double* R, int n, D
     const double eps = MASTER.EPS;
     double* entryForce = SURF.E1.data();
     double* entryShear = SURF.T1.data();
+    double E1 = entryForce[0];
+    double T1 = entryShear[0];
+    const bool plain = c.noHorizontalPull && t > 0.0 && t < HUGE_VAL;
     for (int k = 0; k < n; ++k) {
         SURF.R.data()[k] = R[k];
         const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
-        const double horizontalFixed = c.baseCosb[k] * t - entryForce[k] - c.wx[k] - c.snx[k] * t;
+        double horizontalFixed = c.baseCosb[k] * t - E1;
+        if (!plain) horizontalFixed = horizontalFixed - c.wx[k] - c.snx[k] * t;
         const double faceCohesion = c.faceCohesionFull[k] * t;
-        const double verticalFixed = c.wz[k] + entryShear[k] + c.snz[k] * t - c.baseSinb[k] * t;
+        const double verticalFixed = c.wz[k] + T1 + c.snz[k] * t - c.baseSinb[k] * t;
         const double D = c.tan2[k] * R[k] * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
         if (failsDivisorRule(rule, D, eps)) {
             divisor = D;
@@ -69,6 +76,8 @@ int sliceBySlice(const SliceCoefficients& c, double F, const double* R, int n, D
             entryForce[k + 1] = E2;
             entryShear[k + 1] = T2;
         }
+        E1 = E2;
+        T1 = T2;
     }
     return 0;
 }
