@@ -22,6 +22,7 @@
 // Failure: when no power of ten brings the largest magnitude into [100, 1000] within 100
 //   steps (an infinite value, say), " ***** SR/XYPLOT : SCALING-10 PROBLEM" is written to nf
 //   instead of the picture. Nothing is returned to the caller.
+// IERR:   not used
 //
 // Placing a mark: the x range is mapped onto start positions 1..positions-3 and the z range
 // onto lines 1..lines, each to the nearest cell (offset / cell size + 0.5, truncated), so the

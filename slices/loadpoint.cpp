@@ -6,6 +6,7 @@
 //
 // Reads:  corners 1-4 of slice i in XX, ZZ; area, the slice's area (nonzero)
 // Writes: XX(5, i), ZZ(5, i)
+// IERR:   none
 
 #include "slices/slices.h"
 

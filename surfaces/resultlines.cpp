@@ -6,6 +6,7 @@
 //
 // Reads:  MASTER.SF, SCORE, RFACTOR, NUMSRF; SURF E2, T2, H2 of the slice asked for
 // Writes: nothing
+// IERR:   none
 
 #include <string>
 #include <string_view>
