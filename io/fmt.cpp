@@ -1,11 +1,12 @@
 // io/fmt.cpp
 //
-// Field writers. Digits come from the exact decimal expansion of the binary value (the C
-// library prints it exactly when asked for enough digits); rounding at the last printed digit
-// is then done here, to nearest with ties away from zero.
+// Field writers. Digits come from the exact decimal expansion of the binary value (the standard
+// library's conversion gives it exactly when asked for enough digits); rounding at the last
+// printed digit is then done here, to nearest with ties away from zero.
 
 #include "io/fmt.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -15,18 +16,28 @@
 namespace io {
 namespace {
 
-// Exact digits kept beyond the rounding position; a carry through this many nines cannot
-// come from a double that is not already on the decimal boundary.
+// Digits kept beyond the rounding position. Two settle the rounding unless they read "50":
+// the digits rounded to two places are 51 and more only when the exact rest is above one half,
+// 49 and less only when it is below, and a rest of 0.995 or more has already carried into the
+// kept digits (leaving "00" behind). Only a rest within 0.495..0.505 is looked at again, with
+// thirty: a carry through that many nines cannot come from a double that is not already on
+// the decimal boundary.
+constexpr int kQuickGuardDigits = 2;
 constexpr int kGuardDigits = 30;
 
-// The C library's rendering of a magnitude with the given precision, at any length.
-std::string printed(const char* format, int precision, double magnitude) {
-    char small[64];
-    int size = std::snprintf(small, sizeof small, format, precision, magnitude);
-    if (size < static_cast<int>(sizeof small)) return std::string(small, static_cast<size_t>(size));
-    std::vector<char> large(static_cast<size_t>(size) + 1);
-    std::snprintf(large.data(), large.size(), format, precision, magnitude);
-    return std::string(large.data(), static_cast<size_t>(size));
+// Whether the two guard digits from position `at` leave the rounding open.
+bool roundingOpen(const std::string& digits, size_t at) { return digits[at] == '5' && digits[at + 1] == '0'; }
+
+// The exact decimal rendering of a magnitude with the given number of digits after the point,
+// in fixed or scientific form (as printf's %.*f and %.*e give it), at any length.
+std::string printed(std::chars_format form, int precision, double magnitude) {
+    char small[512];
+    const std::to_chars_result fits = std::to_chars(small, small + sizeof small, magnitude, form, precision);
+    if (fits.ec == std::errc()) return std::string(small, fits.ptr);
+    // A fixed rendering of a large magnitude: its integer digits, the point and the decimals.
+    std::vector<char> large(static_cast<size_t>(precision) + 400);
+    const std::to_chars_result longer = std::to_chars(large.data(), large.data() + large.size(), magnitude, form, precision);
+    return std::string(large.data(), longer.ptr);
 }
 
 std::string stars(int w) { return std::string(static_cast<size_t>(w > 0 ? w : 0), '*'); }
@@ -58,8 +69,9 @@ bool allZero(const std::string& digits) {
 
 // Integer and fraction digits of |value| rounded to `decimals` places.
 void fixedDigits(double magnitude, int decimals, std::string& intPart, std::string& fracPart) {
-    int precision = decimals + kGuardDigits;
-    std::string exact = printed("%.*f", precision, magnitude);
+    std::string exact = printed(std::chars_format::fixed, decimals + kQuickGuardDigits, magnitude);
+    if (roundingOpen(exact, exact.find('.') + 1 + static_cast<size_t>(decimals)))
+        exact = printed(std::chars_format::fixed, decimals + kGuardDigits, magnitude);
     size_t point = exact.find('.');
     intPart = exact.substr(0, point);
     std::string allFrac = exact.substr(point + 1);
@@ -76,8 +88,10 @@ void fixedDigits(double magnitude, int decimals, std::string& intPart, std::stri
 // `significant` digits of |value| > 0 rounded, and the decimal exponent such that
 // |value| ~ 0.d1d2d3... x 10^exponent.
 void significantDigits(double magnitude, int significant, std::string& digits, int& exponent) {
-    int precision = significant - 1 + kGuardDigits;
-    std::string text = printed("%.*e", precision, magnitude);
+    std::string text = printed(std::chars_format::scientific, significant - 1 + kQuickGuardDigits, magnitude);
+    // The mantissa reads d.ddd...: its digit k (from 0) stands at k + 1 from the first digit on.
+    if (roundingOpen(text, static_cast<size_t>(significant) + 1))
+        text = printed(std::chars_format::scientific, significant - 1 + kGuardDigits, magnitude);
     size_t ePos = text.find('e');
     std::string mantissa = text.substr(0, ePos);
     int exp10 = std::atoi(text.c_str() + ePos + 1);

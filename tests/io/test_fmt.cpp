@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
+#include <string>
 
 #include "io/fmt.h"
 
@@ -57,6 +61,100 @@ TEST(FixedField, RoundingAtTheLastDecimalIsHalfAwayFromZero) {
     EXPECT_EQ(fmtF(9.9951, 5, 2), "10.00");    // carry into a new digit
     EXPECT_EQ(fmtF(99.96, 5, 1), "100.0");
     EXPECT_EQ(fmtF(999.96, 5, 1), "*****");    // the carry makes it too wide
+}
+
+TEST(FixedField, RestsBesideOneHalfAreJudgedOnTheirExactDigits) {
+    // The digits beyond the last decimal read 0.4951 (not a half, though two of them round to
+    // "50"), 0.5049 and 0.996 (which carries into the kept digits).
+    EXPECT_EQ(fmtF(1.234951, 5, 2), " 1.23");
+    EXPECT_EQ(fmtF(-1.234951, 6, 2), " -1.23");
+    EXPECT_EQ(fmtF(1.235049, 5, 2), " 1.24");
+    EXPECT_EQ(fmtF(1.239960, 5, 2), " 1.24");
+    EXPECT_EQ(fmtF(9.999960, 6, 2), " 10.00");
+    EXPECT_EQ(fmtES(1.234951, 10, 2), "  1.23E+00");
+    EXPECT_EQ(fmtES(1.235049, 10, 2), "  1.24E+00");
+    EXPECT_EQ(fmtE(0.9999951, 12, 5), " 0.10000E+01");
+}
+
+namespace {
+
+// A value's fixed and scaled-exponent fields built from the C library's exact decimal expansion
+// (enough digits that nothing is rounded), rounded half away from zero by hand.
+std::string roundedAway(std::string digits, size_t keep, bool& carriedOut) {
+    const bool up = digits[keep] >= '5';
+    digits.resize(keep);
+    carriedOut = false;
+    if (!up) return digits;
+    size_t k = keep;
+    while (k > 0 && digits[k - 1] == '9') digits[--k] = '0';
+    if (k == 0) carriedOut = true;
+    else ++digits[k - 1];
+    return digits;
+}
+
+std::string fixedByHand(double value, int decimals) {
+    char exact[400];
+    std::snprintf(exact, sizeof exact, "%.200f", std::fabs(value));
+    std::string text(exact);
+    const size_t point = text.find('.');
+    const std::string joined = text.substr(0, point) + text.substr(point + 1);
+    bool carriedOut = false;
+    std::string kept = roundedAway(joined, point + static_cast<size_t>(decimals), carriedOut);
+    if (carriedOut) kept = "1" + kept;
+    const size_t integerDigits = kept.size() - static_cast<size_t>(decimals);
+    std::string body = kept.substr(0, integerDigits) + "." + kept.substr(integerDigits);
+    if (value < 0 && kept.find_first_not_of('0') != std::string::npos) body = "-" + body;
+    return std::string(40 - body.size(), ' ') + body;
+}
+
+std::string scaledExponentByHand(double value, int decimals) {
+    char exact[400];
+    std::snprintf(exact, sizeof exact, "%.200e", std::fabs(value));
+    std::string text(exact);
+    const size_t e = text.find('e');
+    int exponent = std::atoi(text.c_str() + e + 1);
+    const std::string joined = text.substr(0, 1) + text.substr(2, e - 2);
+    bool carriedOut = false;
+    std::string kept = roundedAway(joined, 1 + static_cast<size_t>(decimals), carriedOut);
+    if (carriedOut) {
+        kept = "1" + kept.substr(0, kept.size() - 1);
+        ++exponent;
+    }
+    char exponentText[16];
+    std::snprintf(exponentText, sizeof exponentText, "E%c%02d", exponent < 0 ? '-' : '+', std::abs(exponent));
+    std::string body = kept.substr(0, 1) + "." + kept.substr(1) + exponentText;
+    if (value < 0) body = "-" + body;
+    return std::string(40 - body.size(), ' ') + body;
+}
+
+}  // namespace
+
+TEST(FixedField, EveryTieAndItsNeighboursRoundAsTheirExactValues) {
+    // An odd multiple of 2^-j ends in a 5 at decimal j: a true tie at j - 1 decimals (and at
+    // its j-th significant digit); its neighbours one binary place away lie just beside it.
+    int compared = 0;
+    for (int j = 1; j <= 24; ++j) {
+        for (double odd : {1.0, 3.0, 77.0, 12345.0, 999999.0, 8388607.0}) {
+            const double tie = std::ldexp(odd, -j);
+            for (double value : {tie, std::nextafter(tie, 1.0e300), std::nextafter(tie, 0.0)}) {
+                for (double signedValue : {value, -value}) {
+                    for (int decimals = std::max(j - 2, 0); decimals <= j; ++decimals) {
+                        EXPECT_EQ(fmtF(signedValue, 40, decimals), fixedByHand(signedValue, decimals))
+                            << signedValue << " with " << decimals << " decimals";
+                        ++compared;
+                    }
+                    const int leading = static_cast<int>(std::floor(std::log10(value)));
+                    for (int decimals = j + leading - 2; decimals <= j + leading; ++decimals) {
+                        if (decimals < 0) continue;
+                        EXPECT_EQ(fmtES(signedValue, 40, decimals), scaledExponentByHand(signedValue, decimals))
+                            << signedValue << " with " << decimals << " decimals";
+                        ++compared;
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_GT(compared, 2000);
 }
 
 TEST(FixedField, SinglePrecisionLiteralsShowTheirWidening) {
