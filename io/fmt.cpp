@@ -10,8 +10,9 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <initializer_list>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace io {
 namespace {
@@ -29,22 +30,32 @@ constexpr int kGuardDigits = 30;
 bool roundingOpen(const std::string& digits, size_t at) { return digits[at] == '5' && digits[at + 1] == '0'; }
 
 // The exact decimal rendering of a magnitude with the given number of digits after the point,
-// in fixed or scientific form (as printf's %.*f and %.*e give it), at any length.
-std::string printed(std::chars_format form, int precision, double magnitude) {
+// in fixed or scientific form (as printf's %.*f and %.*e give it), at any length, into text.
+void printed(std::chars_format form, int precision, double magnitude, std::string& text) {
     char small[512];
     const std::to_chars_result fits = std::to_chars(small, small + sizeof small, magnitude, form, precision);
-    if (fits.ec == std::errc()) return std::string(small, fits.ptr);
+    if (fits.ec == std::errc()) {
+        text.assign(small, fits.ptr);
+        return;
+    }
     // A fixed rendering of a large magnitude: its integer digits, the point and the decimals.
-    std::vector<char> large(static_cast<size_t>(precision) + 400);
-    const std::to_chars_result longer = std::to_chars(large.data(), large.data() + large.size(), magnitude, form, precision);
-    return std::string(large.data(), longer.ptr);
+    text.resize(static_cast<size_t>(precision) + 400);
+    const std::to_chars_result longer = std::to_chars(text.data(), text.data() + text.size(), magnitude, form, precision);
+    text.resize(static_cast<size_t>(longer.ptr - text.data()));
 }
 
 std::string stars(int w) { return std::string(static_cast<size_t>(w > 0 ? w : 0), '*'); }
 
-std::string fitRight(const std::string& body, int w) {
-    if (static_cast<int>(body.size()) > w) return stars(w);
-    return std::string(static_cast<size_t>(w) - body.size(), ' ') + body;
+// The parts of a field, right-aligned in w columns (asterisks when they do not fit).
+std::string fitRight(std::initializer_list<std::string_view> parts, int w) {
+    size_t size = 0;
+    for (std::string_view part : parts) size += part.size();
+    if (static_cast<int>(size) > w) return stars(w);
+    std::string field;
+    field.reserve(static_cast<size_t>(w));
+    field.append(static_cast<size_t>(w) - size, ' ');
+    for (std::string_view part : parts) field.append(part);
+    return field;
 }
 
 // Adds one unit in the last place of a digit string; returns true when it overflowed
@@ -61,69 +72,70 @@ bool incrementDigits(std::string& digits) {
     return true;
 }
 
-bool allZero(const std::string& digits) {
-    for (char c : digits)
-        if (c != '0') return false;
-    return true;
-}
+bool allZero(std::string_view digits) { return digits.find_first_not_of('0') == std::string_view::npos; }
 
-// Integer and fraction digits of |value| rounded to `decimals` places.
-void fixedDigits(double magnitude, int decimals, std::string& intPart, std::string& fracPart) {
-    std::string exact = printed(std::chars_format::fixed, decimals + kQuickGuardDigits, magnitude);
-    if (roundingOpen(exact, exact.find('.') + 1 + static_cast<size_t>(decimals)))
-        exact = printed(std::chars_format::fixed, decimals + kGuardDigits, magnitude);
+// The digits of |value| rounded to `decimals` places, integer digits first, the decimals after
+// them; returns how many are integer digits.
+size_t fixedDigits(double magnitude, int decimals, std::string& digits) {
+    const size_t kept = static_cast<size_t>(decimals);
+    std::string exact;
+    printed(std::chars_format::fixed, decimals + kQuickGuardDigits, magnitude, exact);
     size_t point = exact.find('.');
-    intPart = exact.substr(0, point);
-    std::string allFrac = exact.substr(point + 1);
-    fracPart = allFrac.substr(0, static_cast<size_t>(decimals));
-    bool roundUp = allFrac[static_cast<size_t>(decimals)] >= '5';
-    if (roundUp) {
-        std::string joined = intPart + fracPart;
-        if (incrementDigits(joined)) joined = "1" + joined;
-        intPart = joined.substr(0, joined.size() - fracPart.size());
-        fracPart = joined.substr(joined.size() - fracPart.size());
+    if (roundingOpen(exact, point + 1 + kept)) {
+        printed(std::chars_format::fixed, decimals + kGuardDigits, magnitude, exact);
+        point = exact.find('.');
     }
+    const bool roundUp = exact[point + 1 + kept] >= '5';
+    digits.assign(exact, 0, point);
+    digits.append(exact, point + 1, kept);
+    size_t integerDigits = point;
+    if (roundUp && incrementDigits(digits)) {
+        digits.insert(digits.begin(), '1');
+        ++integerDigits;
+    }
+    return integerDigits;
 }
 
 // `significant` digits of |value| > 0 rounded, and the decimal exponent such that
 // |value| ~ 0.d1d2d3... x 10^exponent.
 void significantDigits(double magnitude, int significant, std::string& digits, int& exponent) {
-    std::string text = printed(std::chars_format::scientific, significant - 1 + kQuickGuardDigits, magnitude);
+    const size_t kept = static_cast<size_t>(significant);
+    std::string text;
+    printed(std::chars_format::scientific, significant - 1 + kQuickGuardDigits, magnitude, text);
     // The mantissa reads d.ddd...: its digit k (from 0) stands at k + 1 from the first digit on.
-    if (roundingOpen(text, static_cast<size_t>(significant) + 1))
-        text = printed(std::chars_format::scientific, significant - 1 + kGuardDigits, magnitude);
-    size_t ePos = text.find('e');
-    std::string mantissa = text.substr(0, ePos);
+    if (roundingOpen(text, kept + 1))
+        printed(std::chars_format::scientific, significant - 1 + kGuardDigits, magnitude, text);
+    const size_t ePos = text.find('e');
     int exp10 = std::atoi(text.c_str() + ePos + 1);
-    std::string all;
-    for (char c : mantissa)
-        if (c != '.') all += c;
-    digits = all.substr(0, static_cast<size_t>(significant));
-    bool roundUp = all[static_cast<size_t>(significant)] >= '5';
+    digits.assign(1, text[0]);
+    digits.append(text, 2, kept - 1);
+    const bool roundUp = text[kept + 1] >= '5';
     if (roundUp && incrementDigits(digits)) {
-        digits = "1" + digits.substr(0, digits.size() - 1);
+        digits.insert(digits.begin(), '1');
+        digits.pop_back();
         ++exp10;
     }
     exponent = exp10 + 1;
 }
 
+// "E+dd" or "E-dd" up to two exponent digits, "+ddd" or "-ddd" for three, else nothing (the
+// caller writes asterisks).
 std::string exponentField(int exponent) {
-    char buffer[16];
-    int magnitude = std::abs(exponent);
-    char sign = exponent < 0 ? '-' : '+';
-    if (magnitude <= 99) {
-        std::snprintf(buffer, sizeof buffer, "E%c%02d", sign, magnitude);
-    } else if (magnitude <= 999) {
-        std::snprintf(buffer, sizeof buffer, "%c%03d", sign, magnitude);
-    } else {
-        return "";  // no room for the exponent: the caller writes asterisks
-    }
-    return buffer;
+    const int magnitude = std::abs(exponent);
+    const char sign = exponent < 0 ? '-' : '+';
+    if (magnitude > 999) return "";
+    std::string field;
+    if (magnitude <= 99) field += 'E';
+    field += sign;
+    if (magnitude > 99) field += static_cast<char>('0' + magnitude / 100);
+    field += static_cast<char>('0' + magnitude / 10 % 10);
+    field += static_cast<char>('0' + magnitude % 10);
+    return field;
 }
 
 // Ew.d with scale factor 0 (digitsBeforePoint = 0) or 1 (digitsBeforePoint = 1).
 std::string exponentForm(double value, int w, int d, int digitsBeforePoint) {
-    if (std::isnan(value) || std::isinf(value)) return fitRight(std::isnan(value) ? "NaN" : (value < 0 ? "-Infinity" : "Infinity"), w);
+    if (std::isnan(value) || std::isinf(value)) return fitRight({std::isnan(value) ? "NaN" : (value < 0 ? "-Infinity" : "Infinity")}, w);
     if (d < 0) return stars(w);
     int significant = d + digitsBeforePoint;
     if (significant < 1) return stars(w);
@@ -131,26 +143,20 @@ std::string exponentForm(double value, int w, int d, int digitsBeforePoint) {
     std::string digits;
     int exponent = 0;
     if (magnitude == 0.0) {
-        digits = std::string(static_cast<size_t>(significant), '0');
+        digits.assign(static_cast<size_t>(significant), '0');
         exponent = digitsBeforePoint;  // 0.000E+00 or 0.000E+00 with scale 1
     } else {
         significantDigits(magnitude, significant, digits, exponent);
     }
-    bool negative = value < 0 && !allZero(digits);
-    std::string expText = exponentField(exponent - digitsBeforePoint);
-    if (magnitude == 0.0) expText = "E+00";
+    const std::string_view sign = value < 0 && !allZero(digits) ? "-" : "";
+    const std::string expText = magnitude == 0.0 ? "E+00" : exponentField(exponent - digitsBeforePoint);
     if (expText.empty()) return stars(w);
-    std::string mantissa;
-    if (digitsBeforePoint == 1) {
-        mantissa = digits.substr(0, 1) + "." + digits.substr(1);
-    } else {
-        mantissa = "0." + digits;
-    }
-    std::string body = (negative ? "-" : "") + mantissa + expText;
-    if (static_cast<int>(body.size()) > w && digitsBeforePoint == 0) {
-        body = (negative ? "-" : "") + mantissa.substr(1) + expText;  // the optional leading zero
-    }
-    return fitRight(body, w);
+    const std::string_view allDigits = digits;
+    if (digitsBeforePoint == 1) return fitRight({sign, allDigits.substr(0, 1), ".", allDigits.substr(1), expText}, w);
+    // The leading zero of 0.ddd is left out where the field has no room for it.
+    const size_t size = sign.size() + 2 + digits.size() + expText.size();
+    if (static_cast<int>(size) > w) return fitRight({sign, ".", allDigits, expText}, w);
+    return fitRight({sign, "0.", allDigits, expText}, w);
 }
 
 }  // namespace
@@ -164,20 +170,23 @@ std::string fmtI(long long value, int w, int m) {
     std::string digits = std::to_string(value < 0 ? -value : value);
     if (m == 0 && value == 0) return repeat(' ', w);
     if (static_cast<int>(digits.size()) < m) digits = repeat('0', m - static_cast<int>(digits.size())) + digits;
-    return fitRight((value < 0 ? "-" : "") + digits, w);
+    return fitRight({value < 0 ? "-" : "", digits}, w);
 }
 
 std::string fmtF(double value, int w, int d) {
     if (w <= 0) return "";
-    if (std::isnan(value) || std::isinf(value)) return fitRight(std::isnan(value) ? "NaN" : (value < 0 ? "-Infinity" : "Infinity"), w);
+    if (std::isnan(value) || std::isinf(value)) return fitRight({std::isnan(value) ? "NaN" : (value < 0 ? "-Infinity" : "Infinity")}, w);
     if (d < 0) return stars(w);
-    std::string intPart, fracPart;
-    fixedDigits(std::fabs(value), d, intPart, fracPart);
-    bool negative = value < 0 && !(allZero(intPart) && allZero(fracPart));
-    std::string sign = negative ? "-" : "";
-    std::string body = sign + intPart + "." + fracPart;
-    if (static_cast<int>(body.size()) > w && intPart == "0" && d > 0) body = sign + "." + fracPart;
-    return fitRight(body, w);
+    std::string digits;
+    const size_t integerDigits = fixedDigits(std::fabs(value), d, digits);
+    const std::string_view allDigits = digits;
+    const std::string_view intPart = allDigits.substr(0, integerDigits);
+    const std::string_view fracPart = allDigits.substr(integerDigits);
+    const std::string_view sign = value < 0 && !allZero(allDigits) ? "-" : "";
+    // The leading zero of 0.ddd is left out where the field has no room for it.
+    const size_t size = sign.size() + intPart.size() + 1 + fracPart.size();
+    if (static_cast<int>(size) > w && intPart == "0" && d > 0) return fitRight({sign, ".", fracPart}, w);
+    return fitRight({sign, intPart, ".", fracPart}, w);
 }
 
 std::string fmtE(double value, int w, int d) {
