@@ -16,15 +16,16 @@
 // score included, to 1e-12 relative of itself (they give them to the last digit). The 2003
 // method balances its slices in the affine form, whose rounding differs in the last digits:
 // there the error code, the slice count and the safety factor must agree to 1e-12 relative; a
-// slice force to 1e-12 of the largest slice force of its surface; the score to 1e-10 of one
-// doubtful feature. The score counts, among others, how far the line of thrust of every
-// interslice force lies outside the middle third of its face, and that position is a moment
-// divided by the force: where the force nearly vanishes it magnifies the rounding of the forces
-// a thousandfold and more. A score so changed still chooses among the roughness passes as
-// before, which the safety factors, compared to 1e-12, make sure of. A force is compared on
-// the scale of the forces it is balanced from: the force left over at the exit, or the
-// interslice force of a slice where the thrust changes sign, is the small difference of large
-// ones and carries their rounding.
+// slice force to 1e-12 relative of itself, give or take 1e-13 of the largest slice force of its
+// surface; the score to 1e-11 of one doubtful feature. A force is compared on the scale of the
+// forces it is balanced from as well: the force left over at the exit, or the interslice force
+// of a slice where the thrust changes sign, is the small difference of large ones and carries
+// their rounding (observed: up to 3e-14 of the largest force). The score counts, among others,
+// how far the line of thrust of every interslice force lies outside the middle third of its
+// face, and that position is a moment divided by the force: where the force nearly vanishes it
+// magnifies the rounding of the forces (observed: up to 9e-13). A score so changed still
+// chooses among the roughness passes as before, which the safety factors, compared to 1e-12,
+// make sure of.
 //
 // To write the file anew (only ever from code whose results are known to be right), run this
 // test with KALMO_PIN_WRITE set to the path of the file to write.
@@ -52,7 +53,8 @@
 namespace {
 
 constexpr double kRelativeTolerance = 1e-12;
-constexpr double kScoreTolerance = 1e-10;
+constexpr double kResidueTolerance = 1e-13;  // of the largest slice force (2003 method)
+constexpr double kScoreTolerance = 1e-11;    // of one doubtful feature (2003 method)
 constexpr int kRandomSurfaces = 6;
 constexpr int kCircles = 3;
 
@@ -244,12 +246,12 @@ std::vector<Outcome> readPinned(const std::string& path) {
 constexpr std::size_t kLeadingValues = 4;
 constexpr std::size_t kScoreValue = 3;
 
-// scale: the magnitude the difference is measured against besides the two values themselves.
+// scale: the largest force of the surface where its rounding may show in the value (else 0).
 bool agrees(double expected, double actual, double scale) {
     if (expected == actual) return true;
     if (std::isnan(expected) || std::isnan(actual)) return std::isnan(expected) && std::isnan(actual);
     return std::abs(expected - actual) <=
-           kRelativeTolerance * std::max({std::abs(expected), std::abs(actual), scale});
+           kRelativeTolerance * std::max(std::abs(expected), std::abs(actual)) + kResidueTolerance * scale;
 }
 
 // The largest finite slice force of an outcome.
