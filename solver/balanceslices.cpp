@@ -56,12 +56,12 @@ int sliceBySlice(const SliceCoefficients& c, double F, const double* R, int n, D
     const bool plain = c.noHorizontalPull && t > 0.0 && t < HUGE_VAL;
     for (int k = 0; k < n; ++k) {
         SURF.R.data()[k] = R[k];
-        const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
+        const double horizontalPerP = horizontalShare(c, k, t);
         double horizontalFixed = c.baseCosb[k] * t - E1;
         if (!plain) horizontalFixed = horizontalFixed - c.wx[k] - c.snx[k] * t;
         const double faceCohesion = c.faceCohesionFull[k] * t;
         const double verticalFixed = c.wz[k] + T1 + c.snz[k] * t - c.baseSinb[k] * t;
-        const double D = c.tan2[k] * R[k] * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
+        const double D = baseDivisor(c, k, t, R[k], horizontalPerP);
         if (failsDivisorRule(rule, D, eps)) {
             divisor = D;
             return k + 1;
@@ -104,8 +104,8 @@ bool withoutInterslice(const SliceCoefficients& c, double F, const double* R, in
     int balanced = n;
     result = 0;
     for (int k = 0; k < n; ++k) {
-        const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
-        const double D = c.tan2[k] * R[k] * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
+        const double horizontalPerP = horizontalShare(c, k, t);
+        const double D = baseDivisor(c, k, t, R[k], horizontalPerP);
         if (failsDivisorRule(rule, D, eps)) {
             balanced = k;
             result = k + 1;

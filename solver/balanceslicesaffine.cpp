@@ -44,11 +44,11 @@ int balanceSlicesAffine(const SliceCoefficients& c, double F, const double* roug
     for (int k = 0; k < numSlices; ++k) {
         const double R = roughnessFrom[k] * roughnessFactor;
         roughness[k] = R;
-        const double horizontalPerP = c.sinb[k] - c.cosbTan[k] * t;
+        const double horizontalPerP = horizontalShare(c, k, t);
         const double mobilisedRoughness = R * t;
         const double faceFriction = c.tan2[k] * mobilisedRoughness;  // interslice shear per unit E2
         const double verticalPerP = c.sinbTan[k] * t + c.cosb[k];
-        const double D = faceFriction * horizontalPerP + verticalPerP;
+        const double D = baseDivisor(c, k, t, R, horizontalPerP);
         if (failsDivisorRule(rule, D, eps)) {
             divisor = D;
             return k + 1;

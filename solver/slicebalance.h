@@ -117,6 +117,16 @@ struct SliceCoefficients {
     }
 };
 
+// The horizontal share of the base forces per unit P of slice k (index from 0) at t = 1/F:
+// sinb - cosb tan3 t (tan3 zero on an undrained base).
+inline double horizontalShare(const SliceCoefficients& c, int k, double t) { return c.sinb[k] - c.cosbTan[k] * t; }
+
+// The divisor of the base normal force of slice k at t = 1/F and face-2 roughness R, given its
+// horizontal share hP: tan2 R t hP + sinb tan3 t + cosb.
+inline double baseDivisor(const SliceCoefficients& c, int k, double t, double R, double horizontalPerP) {
+    return c.tan2[k] * R * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
+}
+
 // Which divisor of the base normal force leaves a slice unable to carry its load: one below
 // EPS, or one not above EPS.
 enum class DivisorRule { BelowEps, AtMostEps };
