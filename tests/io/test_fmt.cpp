@@ -190,6 +190,20 @@ TEST(FixedField, VeryLargeAndVerySmall) {
     EXPECT_EQ(fmtF(5.0e-4, 6, 3), " 0.001");  // 0.0005000000000000000104: just above the tie
 }
 
+TEST(FixedField, FieldsLongerThanFiveHundredCharactersKeepEveryExactDigit) {
+    // The binary value of 0.1 is 0.1000000000000000055511151231257827021181583404541015625
+    // exactly; the decimals after its 55th are zeros.
+    const std::string tenth = "0.1000000000000000055511151231257827021181583404541015625";
+    EXPECT_EQ(fmtF(0.1, 600, 560), std::string(600 - 562, ' ') + tenth + std::string(560 - 55, '0'));
+    // 1.0E300 is the integer below, exactly, with no fraction at all.
+    const std::string large =
+        "1000000000000000052504760255204420248704468581108159154915854115511802457988908195786371375080447864043704"
+        "443832883878176942523235360430575644792184786706982848387200926575803737830233794788090059368953234970799945"
+        "081119038967640880074652742780142494579258788820056842838115669472196386865459400540160";
+    ASSERT_EQ(large.size(), 301u);
+    EXPECT_EQ(fmtF(-1.0e300, 620, 300), std::string(620 - 603, ' ') + "-" + large + "." + std::string(300, '0'));
+}
+
 TEST(ExponentField, FormIsZeroPointDigits) {
     EXPECT_EQ(fmtE(1234.5, 11, 4), " 0.1235E+04");
     EXPECT_EQ(fmtE(-1234.5, 11, 4), "-0.1235E+04");
