@@ -8,7 +8,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <initializer_list>
 #include <string>
@@ -58,6 +57,11 @@ std::string fitRight(std::initializer_list<std::string_view> parts, int w) {
     return field;
 }
 
+// The field of a value that is no finite number.
+std::string nonFinite(double value, int w) {
+    return fitRight({std::isnan(value) ? "NaN" : (value < 0 ? "-Infinity" : "Infinity")}, w);
+}
+
 // Adds one unit in the last place of a digit string; returns true when it overflowed
 // ("999" -> "000" with a carry out).
 bool incrementDigits(std::string& digits) {
@@ -102,7 +106,7 @@ void significantDigits(double magnitude, int significant, std::string& digits, i
     const size_t kept = static_cast<size_t>(significant);
     std::string text;
     printed(std::chars_format::scientific, significant - 1 + kQuickGuardDigits, magnitude, text);
-    // The mantissa reads d.ddd...: its digit k (from 0) stands at k + 1 from the first digit on.
+    // The mantissa reads d.ddd...: its digit k (from 0) stands at index k + 1 for k >= 1.
     if (roundingOpen(text, kept + 1))
         printed(std::chars_format::scientific, significant - 1 + kGuardDigits, magnitude, text);
     const size_t ePos = text.find('e');
@@ -135,7 +139,7 @@ std::string exponentField(int exponent) {
 
 // Ew.d with scale factor 0 (digitsBeforePoint = 0) or 1 (digitsBeforePoint = 1).
 std::string exponentForm(double value, int w, int d, int digitsBeforePoint) {
-    if (std::isnan(value) || std::isinf(value)) return fitRight({std::isnan(value) ? "NaN" : (value < 0 ? "-Infinity" : "Infinity")}, w);
+    if (!std::isfinite(value)) return nonFinite(value, w);
     if (d < 0) return stars(w);
     int significant = d + digitsBeforePoint;
     if (significant < 1) return stars(w);
@@ -175,7 +179,7 @@ std::string fmtI(long long value, int w, int m) {
 
 std::string fmtF(double value, int w, int d) {
     if (w <= 0) return "";
-    if (std::isnan(value) || std::isinf(value)) return fitRight({std::isnan(value) ? "NaN" : (value < 0 ? "-Infinity" : "Infinity")}, w);
+    if (!std::isfinite(value)) return nonFinite(value, w);
     if (d < 0) return stars(w);
     std::string digits;
     const size_t integerDigits = fixedDigits(std::fabs(value), d, digits);

@@ -53,7 +53,7 @@ int sliceBySlice(const SliceCoefficients& c, double F, const double* R, int n, D
     double* entryShear = SURF.T1.data();
     double E1 = entryForce[0];
     double T1 = entryShear[0];
-    const bool plain = c.noHorizontalPull && t > 0.0 && t < HUGE_VAL;
+    const bool plain = noHorizontalPullAt(c, t);
     for (int k = 0; k < n; ++k) {
         SURF.R.data()[k] = R[k];
         const double horizontalPerP = horizontalShare(c, k, t);
@@ -166,7 +166,7 @@ bool withoutInterslice(const SliceCoefficients& c, double F, const double* R, in
     double* exitShear = SURF.T2.data();
     double E1 = SURF.E1(1);
     double largestHorizontal = 0.0;  // of H and E2
-    const bool plain = c.noHorizontalPull && t > 0.0;
+    const bool plain = noHorizontalPullAt(c, t);
     for (k = 0; k < balanced; ++k) {
         double horizontalFixed = c.baseCosb[k] * t - E1;
         if (!plain) horizontalFixed = horizontalFixed - c.wx[k] - c.snx[k] * t;

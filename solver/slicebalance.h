@@ -127,6 +127,10 @@ inline double baseDivisor(const SliceCoefficients& c, int k, double t, double R,
     return c.tan2[k] * R * t * horizontalPerP + c.sinbTan[k] * t + c.cosb[k];
 }
 
+// Whether the horizontal loads and nail forces of every slice, WX and SNX / F, are positive
+// zeros at t = 1/F (then subtracting them from a horizontal sum leaves it as it is).
+inline bool noHorizontalPullAt(const SliceCoefficients& c, double t) { return c.noHorizontalPull && t > 0.0 && t < HUGE_VAL; }
+
 // Which divisor of the base normal force leaves a slice unable to carry its load: one below
 // EPS, or one not above EPS.
 enum class DivisorRule { BelowEps, AtMostEps };
