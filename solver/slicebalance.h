@@ -1,6 +1,6 @@
 // solver/slicebalance.h
 //
-// SliceCoefficients, balanceSlices, balanceSlicesAffine, balanceVertically — the force balance
+// SliceCoefficients, balanceSlices, balanceVertically — the force balance
 // of the slices at a trial safety factor, of the force-equilibrium sweep (FRCEQR), the 2003
 // method and the Bishop methods (SLV123).
 //
@@ -55,7 +55,6 @@ struct SliceCoefficients {
     // Products that every trial factor multiplies alike (baseTan: tan3, 0 on an undrained base).
     double cosbTan[MAXSLC];           // cosb baseTan
     double sinbTan[MAXSLC];           // sinb baseTan
-    double horizontalPull[MAXSLC];    // baseResistance cosb - SNX (per unit 1/F)
     double verticalPull[MAXSLC];      // snz - baseResistance sinb (per unit 1/F)
     double faceCohesionFull[MAXSLC];  // c2 h, h the height of face 2, ZZ(3) - ZZ(2)
 
@@ -100,7 +99,6 @@ struct SliceCoefficients {
             sinbTan3[k] = sinb[k] * tanBase[k];
             baseCosb[k] = baseResistance[k] * cosb[k];
             baseSinb[k] = baseResistance[k] * sinb[k];
-            horizontalPull[k] = baseCosb[k] - snx[k];
             verticalPull[k] = snz[k] - baseSinb[k];
             faceCohesionFull[k] = c2[k] * faceHeight;
             undrainedCohesionFound |= undrainedCohesion[k] != 0.0;
@@ -149,17 +147,11 @@ inline bool failsDivisorRule(DivisorRule rule, double D, double eps) {
 // Reads:  SURF E1(1), T1(1); MASTER.NUMSLC (within 1..MAXSLC), EPS
 // Writes: SURF R of the slices reached; P, S1, S2, S, E2, T2 of the slices balanced, and E1,
 //         T1 of the slice after each (within NUMSLC)
-//
-// balanceSlices solves each slice in turn from what its neighbour hands over (the force-
-// equilibrium sweep: its results stay those it has always given, to the last digit).
-// balanceSlicesAffine writes each slice's forces as affine functions of what is handed over,
-// so that only a few products pass from slice to slice (the 2003 method, which sweeps a surface
-// a hundred times and more): the same balance, whose results differ from the slice-by-slice
-// order in the rounding of the last digits only.
+// Each slice is solved in turn from what its neighbour hands over, in the order of operations
+// these sweeps have always had: the force-equilibrium sweep (FRCEQR) and the 2003 method give
+// their results to the last digit.
 int balanceSlices(const SliceCoefficients& c, double F, const double* roughnessFrom, double roughnessFactor,
                   DivisorRule rule, double& divisor);
-int balanceSlicesAffine(const SliceCoefficients& c, double F, const double* roughnessFrom, double roughnessFactor,
-                        DivisorRule rule, double& divisor);
 
 // The base forces of every slice at F from its vertical balance alone (both Bishop methods).
 // Returns 0, or the first slice whose divisor is not above EPS (its divisor in divisor), the

@@ -20,11 +20,9 @@
 // score; that one is computed once more and returned. A combined analysis repeats each
 // solution while bases change between drained and undrained failure. The vertical balance of
 // the Bishop methods is balanceVertically. The full force balance of a slice (method 3) is the
-// one of the force-equilibrium sweep, in its affine form (balanceSlicesAffine): the method
-// sweeps a surface more than a hundred times, and that form hands a few products from slice
-// to slice where the slice-by-slice order has a chain of divisions; its results differ from
-// that order in the rounding of the last digits. A slice fails here when its divisor is not
-// above EPS.
+// one of the force-equilibrium sweep (balanceSlices), slice by slice in its order of
+// operations, so that the method's results do not change with the speed of its sweeps; a
+// slice fails here when its divisor is not above EPS.
 //
 // Reads:  MASTER.NUMSLC, METHOD, IDEFTO, NTYP, JPRINT, EPS, SFTZ, NEGPOK (and SFMIN, SFMAX
 //         through MOMEQL); SURF.SPAR(1..2) of a circle; SURF columns XX, ZZ, SINB, COSB, L34,
@@ -196,7 +194,7 @@ bool divisorLimit(int method, double& SFDIVZ) {
 // shear being R = RFACTOR * R0 of the available one; the forces on the exit face of a slice
 // act on the entry face of the next.
 int sweepRough(const SliceCoefficients& coefficients, double F, double& divisor) {
-    return balanceSlicesAffine(coefficients, F, SURF.R0.data(), MASTER.RFACTOR, DivisorRule::AtMostEps, divisor);
+    return balanceSlices(coefficients, F, SURF.R0.data(), MASTER.RFACTOR, DivisorRule::AtMostEps, divisor);
 }
 
 // The moment of the loads and the base normal forces about the centre (SUMPM), and the

@@ -1,12 +1,12 @@
-// balanceSlices and balanceSlicesAffine: the forces of a row of slices at a trial safety
-// factor, slice by slice and in the affine form. For both, every slice's forces are checked
-// against its own three equations (horizontal and vertical balance, and the interslice shear on
-// its right face) written out here term by term, with the forces its left neighbour hands
-// over; and the divisor rules of the two callers are told apart at a divisor of exactly EPS.
+// balanceSlices: the forces of a row of slices at a trial safety factor, slice by slice.
+// Every slice's forces are checked against its own three equations (horizontal and vertical
+// balance, and the interslice shear on its right face) written out here term by term, with the
+// forces its left neighbour hands over; and the divisor rules of the two callers are told
+// apart at a divisor of exactly EPS.
 //
-// The slice-by-slice form must give the numbers of the order of operations the force-
-// equilibrium sweep has always had, to the last bit: that order is written out here once more
-// (historicalSweep), and the form's faster path without interslice shear is compared with it
+// The sweep must give the numbers of the order of operations the force-equilibrium sweep and
+// the 2003 method have always had, to the last bit: that order is written out here once more
+// (historicalSweep), and the sweep's faster path without interslice shear is compared with it
 // on rows that take that path and on rows that must leave it (a vertical load of exactly zero,
 // a term that is no number, a negative factor, horizontal loads and nails, an undrained base).
 
@@ -23,9 +23,7 @@ namespace {
 
 constexpr double kEps = 1.0e-6;
 
-using BalanceForm = int (*)(const SliceCoefficients&, double, const double*, double, DivisorRule, double&);
-
-class BalanceSlicesTest : public ::testing::TestWithParam<BalanceForm> {
+class BalanceSlicesTest : public ::testing::Test {
 protected:
     void SetUp() override {
         clearRecords();
@@ -69,7 +67,7 @@ protected:
 
 }  // namespace
 
-TEST_P(BalanceSlicesTest, EverySliceOfARowSatisfiesItsOwnThreeEquations) {
+TEST_F(BalanceSlicesTest, EverySliceOfARowSatisfiesItsOwnThreeEquations) {
     MASTER.NUMSLC = 4;
     slice(1, -0.3, 2.0, 5.0, 0.5, 5.0, 0.5, 0.0, 60.0);
     slice(2, 0.1, 3.5, 5.0, 0.5, 5.0, 0.5, 0.0, 140.0);
@@ -82,7 +80,7 @@ TEST_P(BalanceSlicesTest, EverySliceOfARowSatisfiesItsOwnThreeEquations) {
     c.take(4);
     const double F = 1.3;
     double divisor = 0.0;
-    ASSERT_EQ(GetParam()(c, F, R0, 0.8, DivisorRule::AtMostEps, divisor), 0);
+    ASSERT_EQ(balanceSlices(c, F, R0, 0.8, DivisorRule::AtMostEps, divisor), 0);
     for (int i = 1; i <= 4; ++i) {
         EXPECT_DOUBLE_EQ(SURF.R(i), R0[i - 1] * 0.8) << i;
         expectBalanced(i, F);
@@ -93,7 +91,7 @@ TEST_P(BalanceSlicesTest, EverySliceOfARowSatisfiesItsOwnThreeEquations) {
     }
 }
 
-TEST_P(BalanceSlicesTest, WithoutRoughnessTheInterslicesCarryNoShear) {
+TEST_F(BalanceSlicesTest, WithoutRoughnessTheInterslicesCarryNoShear) {
     MASTER.NUMSLC = 3;
     slice(1, -0.2, 2.0, 10.0, 0.3, 10.0, 0.3, 0.0, 50.0);
     slice(2, 0.2, 3.0, 10.0, 0.3, 10.0, 0.3, 0.0, 90.0);
@@ -102,7 +100,7 @@ TEST_P(BalanceSlicesTest, WithoutRoughnessTheInterslicesCarryNoShear) {
     c.take(3);
     double divisor = 0.0;
     const double start[3] = {0.7, 0.7, 0.7};
-    ASSERT_EQ(GetParam()(c, 1.1, start, 0.0, DivisorRule::BelowEps, divisor), 0);
+    ASSERT_EQ(balanceSlices(c, 1.1, start, 0.0, DivisorRule::BelowEps, divisor), 0);
     for (int i = 1; i <= 3; ++i) {
         EXPECT_EQ(SURF.T2(i), 0.0) << i;
         expectBalanced(i, 1.1);
@@ -113,7 +111,7 @@ TEST_P(BalanceSlicesTest, WithoutRoughnessTheInterslicesCarryNoShear) {
     }
 }
 
-TEST_P(BalanceSlicesTest, ADivisorOfExactlyEpsPassesTheForceSweepButNotTheMomentMethod) {
+TEST_F(BalanceSlicesTest, ADivisorOfExactlyEpsPassesTheForceSweepButNotTheMomentMethod) {
     // Without roughness and with sin(beta) = 0 the divisor of slice 2 is cos(beta) alone, here
     // made exactly EPS.
     MASTER.NUMSLC = 2;
@@ -125,12 +123,12 @@ TEST_P(BalanceSlicesTest, ADivisorOfExactlyEpsPassesTheForceSweepButNotTheMoment
     c.take(2);
     const double none[2] = {0.0, 0.0};
     double divisor = 0.0;
-    EXPECT_EQ(GetParam()(c, 1.5, none, 1.0, DivisorRule::BelowEps, divisor), 0);
-    EXPECT_EQ(GetParam()(c, 1.5, none, 1.0, DivisorRule::AtMostEps, divisor), 2);
+    EXPECT_EQ(balanceSlices(c, 1.5, none, 1.0, DivisorRule::BelowEps, divisor), 0);
+    EXPECT_EQ(balanceSlices(c, 1.5, none, 1.0, DivisorRule::AtMostEps, divisor), 2);
     EXPECT_EQ(divisor, kEps);
 }
 
-TEST_P(BalanceSlicesTest, ASliceThatCannotCarryItsLoadStopsTheSweepAfterTheSlicesBeforeIt) {
+TEST_F(BalanceSlicesTest, ASliceThatCannotCarryItsLoadStopsTheSweepAfterTheSlicesBeforeIt) {
     MASTER.NUMSLC = 3;
     slice(1, 0.0, 2.0, 5.0, 0.5, 5.0, 0.5, 0.0, 40.0);
     slice(2, 0.0, 2.0, 5.0, 0.5, 5.0, 0.5, 0.0, 40.0);
@@ -143,7 +141,7 @@ TEST_P(BalanceSlicesTest, ASliceThatCannotCarryItsLoadStopsTheSweepAfterTheSlice
     c.take(3);
     const double start[3] = {0.5, 0.5, 0.5};
     double divisor = 0.0;
-    EXPECT_EQ(GetParam()(c, 1.2, start, 1.0, DivisorRule::BelowEps, divisor), 2);
+    EXPECT_EQ(balanceSlices(c, 1.2, start, 1.0, DivisorRule::BelowEps, divisor), 2);
     EXPECT_LT(divisor, 0.0);
     expectBalanced(1, 1.2);
     EXPECT_EQ(SURF.E1(2), SURF.E2(1));
@@ -151,11 +149,6 @@ TEST_P(BalanceSlicesTest, ASliceThatCannotCarryItsLoadStopsTheSweepAfterTheSlice
     EXPECT_EQ(SURF.P(3), -7.0);
     EXPECT_EQ(SURF.R(3), -7.0);
 }
-
-INSTANTIATE_TEST_SUITE_P(BothForms, BalanceSlicesTest, ::testing::Values(&balanceSlices, &balanceSlicesAffine),
-                         [](const ::testing::TestParamInfo<BalanceForm>& info) {
-                             return std::string(info.param == &balanceSlices ? "SliceBySlice" : "Affine");
-                         });
 
 namespace {
 
