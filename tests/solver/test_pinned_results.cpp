@@ -17,7 +17,7 @@
 // them are rounding residues of zero (the force left over at the exit, an interslice force
 // where the thrust changes sign): its slices are balanced in the order of operations they have
 // always had, so even those agree.
-
+//
 // To write the file anew (only ever from code whose results are known to be right), run this
 // test with KALMO_PIN_WRITE set to the path of the file to write.
 
